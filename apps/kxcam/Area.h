@@ -1,0 +1,170 @@
+// What kxcam knows of a settings area: a table of fields. Getting, setting, JSON and the help of keys walk that table,
+// so a new area is a table in areas/ and a line in areas/Areas.cpp.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <variant>
+#include <vector>
+
+namespace kxcam
+{
+
+struct Target;
+
+using Value = std::variant<int, std::string>;
+
+enum class Kind
+{
+    Text,   // at most size - 1 bytes
+    Number, // an int
+    Byte    // 0 to 255
+};
+
+enum class Access
+{
+    ReadWrite,
+    ReadOnly,
+    WriteOnly, // the camera never tells it; a set that does not name it sends 0
+    MustGive   // the camera never tells it, and a 0 sent unasked does harm: every set names it
+};
+
+/// One field of a record. Its key is the name of the field, which is the camera's name for it.
+struct Field
+{
+    std::string_view key;
+    std::string_view help;
+    Kind kind;
+    std::size_t size; // bytes in the record
+    Value (*read)(const void* record);
+    void (*write)(void* record, const Value& value); // a text is shorter than the field
+    Access access = Access::ReadWrite;
+    bool secret = false;
+
+    bool isRead() const { return access == Access::ReadWrite || access == Access::ReadOnly; }
+    bool isWritten() const { return access != Access::ReadOnly; }
+};
+
+/// Where an area does not behave as people expect.
+struct Quirks
+{
+    /// Why the camera may not keep what a set was given.
+    std::string_view whenNotKept = {};
+    /// Where to log in after a set that makes the camera leave its address or port; empty: it stays.
+    std::string (*moved)(const void* before, const void* wanted, const Target& target) = nullptr;
+};
+
+struct Area
+{
+    std::string_view name;
+    std::string_view help;
+    std::span<const Field> fields;
+    std::size_t recordSize;
+    int (*get)(long userId, void* record);
+    int (*set)(long userId, void* record);
+    Quirks quirks = {};
+};
+
+/// A zeroed record of an area, as the SDK takes it.
+class Record
+{
+public:
+    explicit Record(const Area& area) : bytes_(area.recordSize) {}
+
+    void* data() { return bytes_.data(); }
+    const void* data() const { return bytes_.data(); }
+
+    Value value(const Field& field) const { return field.read(data()); }
+    void setValue(const Field& field, const Value& value) { field.write(data(), value); }
+
+private:
+    std::vector<std::byte> bytes_;
+};
+
+/// What stands for a secret that is not to be shown; an empty one is no secret.
+std::string masked(const std::string& secret);
+
+/// A value as people read it: secrets masked, empty texts named, control characters made visible.
+std::string displayed(const Field& field, const Value& value, bool showSecrets);
+
+/// What a field takes: "text, at most 63 bytes".
+std::string accepted(const Field& field);
+
+/// "ftpip, ftpipport, ftpuser"
+std::string joinedKeys(const Area& area);
+
+// How the tables in areas/ are written. ----------------------------------------------------------------------------
+
+template <typename Class, typename Member>
+Class classOf(Member Class::*);
+
+/// A field, its kind and size taken from the member. A record that inherits the member names itself.
+template <auto Member, typename RecordType = decltype(classOf(Member))>
+constexpr Field field(std::string_view key, std::string_view help)
+{
+    using Type = std::remove_reference_t<decltype(std::declval<RecordType&>().*Member)>;
+    constexpr Kind kind = std::is_array_v<Type>                ? Kind::Text
+                          : std::is_same_v<Type, std::uint8_t> ? Kind::Byte
+                                                               : Kind::Number;
+    const auto read = [](const void* record) -> Value {
+        const auto& member = static_cast<const RecordType*>(record)->*Member;
+        if constexpr (kind == Kind::Text)
+            return std::string(member, strnlen(member, sizeof member));
+        else
+            return int{member};
+    };
+    const auto write = [](void* record, const Value& value) {
+        auto& member = static_cast<RecordType*>(record)->*Member;
+        if constexpr (kind == Kind::Text)
+            std::memcpy(member, std::get<std::string>(value).c_str(),
+                        std::get<std::string>(value).size() + 1);
+        else
+            member = static_cast<Type>(std::get<int>(value));
+    };
+    return {key, help, kind, sizeof(Type), read, write};
+}
+
+constexpr Field readOnly(Field field)
+{
+    field.access = Access::ReadOnly;
+    return field;
+}
+
+constexpr Field writeOnly(Field field)
+{
+    field.access = Access::WriteOnly;
+    return field;
+}
+
+constexpr Field mustGive(Field field)
+{
+    field.access = Access::MustGive;
+    return field;
+}
+
+constexpr Field secret(Field field)
+{
+    field.secret = true;
+    return field;
+}
+
+template <typename RecordType>
+RecordType recordOf(int (*)(long, RecordType*));
+
+/// An area from its get and set calls.
+template <auto Get, auto Set>
+constexpr Area makeArea(std::string_view name, std::string_view help, std::span<const Field> fields,
+                        Quirks quirks = {})
+{
+    using RecordType = decltype(recordOf(Get));
+    const auto get = [](long userId, void* record) { return Get(userId, static_cast<RecordType*>(record)); };
+    const auto set = [](long userId, void* record) { return Set(userId, static_cast<RecordType*>(record)); };
+    return {name, help, fields, sizeof(RecordType), get, set, quirks};
+}
+
+} // namespace kxcam

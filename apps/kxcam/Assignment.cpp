@@ -1,0 +1,138 @@
+#include "Assignment.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <limits>
+#include <optional>
+
+#include "Failure.h"
+#include "SecretInput.h"
+
+namespace kxcam
+{
+namespace
+{
+
+Failure wrong(const std::string& message)
+{
+    return {ExitCode::Usage, message};
+}
+
+const Field& findField(const Area& area, const std::string& key)
+{
+    const auto field = std::find_if(area.fields.begin(), area.fields.end(),
+                                    [&key](const Field& candidate) { return candidate.key == key; });
+    if (field == area.fields.end())
+        throw wrong(std::string(area.name) + " has no key '" + key + "'. Its keys: " + joinedKeys(area));
+    if (!field->isWritten())
+        throw wrong("'" + key + "' is read only");
+    return *field;
+}
+
+int parseNumber(const Field& field, const std::string& text)
+{
+    const bool byte = field.kind == Kind::Byte;
+    const int lowest = byte ? 0 : std::numeric_limits<int>::min();
+    const int highest = byte ? 255 : std::numeric_limits<int>::max();
+    int number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (stop != end || error == std::errc::invalid_argument)
+        throw wrong("'" + std::string(field.key) + "' takes a whole number, not '" + text + "'");
+    if (error != std::errc() || number < lowest || number > highest)
+        throw wrong("'" + std::string(field.key) + "' takes " + std::to_string(lowest) + " to " +
+                    std::to_string(highest) + ", not " + text);
+    return number;
+}
+
+/// Whether a camera would take this place of a text for an encoded character, as "%20" for a blank.
+bool isEncoded(const std::string& text, std::size_t at)
+{
+    const auto isHex = [](char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; };
+    return text[at] == '%' && at + 2 < text.size() && isHex(text[at + 1]) && isHex(text[at + 2]);
+}
+
+/// Why a text can not be sent.
+std::optional<std::string> obstacle(const std::string& text)
+{
+    if (text.find('&') != std::string::npos)
+        return "contains '&', which separates settings in the camera's language";
+    for (std::size_t at = 0; at < text.size(); ++at)
+        if (isEncoded(text, at))
+            return "contains '" + text.substr(at, 3) + "', which the camera takes for an encoded character";
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
+    if (std::any_of(text.begin(), text.end(), isControl))
+        return "contains a line break or another control character";
+    return std::nullopt;
+}
+
+std::string parseText(const Field& field, std::string text)
+{
+    const std::string key(field.key);
+    if (field.secret && text == "-")
+        text = secretValue(key);
+    if (text.size() >= field.size)
+        throw wrong("the value of '" + key + "' has " + std::to_string(text.size()) +
+                    " bytes; the field holds " + std::to_string(field.size - 1));
+    if (const auto why = obstacle(text))
+        throw wrong("the value of '" + key + "' " + *why);
+    return text;
+}
+
+Assignment parseAssignment(const Area& area, const std::string& argument)
+{
+    const std::size_t equals = argument.find('=');
+    if (equals == std::string::npos)
+        throw wrong("'" + argument + "' is not of the form key=value");
+    const Field& field = findField(area, argument.substr(0, equals));
+    const std::string value = argument.substr(equals + 1);
+    if (field.kind == Kind::Text)
+        return {&field, parseText(field, value)};
+    return {&field, parseNumber(field, value)};
+}
+
+void requireGiven(const Area& area, const Assignments& assignments)
+{
+    for (const Field& field : area.fields)
+        if (field.access == Access::MustGive && findAssignment(assignments, field) == nullptr)
+            throw wrong("add " + std::string(field.key) + "=…: every set of " + std::string(area.name) +
+                        " writes it, and the camera does not tell its present value, so kxcam can not keep "
+                        "it for you");
+}
+
+} // namespace
+
+Assignments parseAssignments(const Area& area, const std::vector<std::string>& arguments)
+{
+    Assignments assignments;
+    for (const std::string& argument : arguments) {
+        Assignment next = parseAssignment(area, argument);
+        if (findAssignment(assignments, *next.field) != nullptr)
+            throw wrong("'" + std::string(next.field->key) + "' is given twice");
+        assignments.push_back(std::move(next));
+    }
+    requireGiven(area, assignments);
+    return assignments;
+}
+
+const Assignment* findAssignment(const Assignments& assignments, const Field& field)
+{
+    const auto found =
+        std::find_if(assignments.begin(), assignments.end(),
+                     [&field](const Assignment& assignment) { return assignment.field == &field; });
+    return found == assignments.end() ? nullptr : &*found;
+}
+
+void requireCarriable(const Area& area, const Record& record)
+{
+    for (const Field& field : area.fields) {
+        if (field.kind != Kind::Text || !field.isWritten())
+            continue;
+        if (const auto why = obstacle(std::get<std::string>(record.value(field))))
+            throw wrong("the camera's present value of '" + std::string(field.key) + "' " + *why +
+                        ", and a set writes it back; give " + std::string(field.key) + "=… too");
+    }
+}
+
+} // namespace kxcam

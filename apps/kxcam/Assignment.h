@@ -1,0 +1,31 @@
+// The "key=value" arguments of a set.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Area.h"
+
+namespace kxcam
+{
+
+struct Assignment
+{
+    const Field* field;
+    Value value;
+};
+
+using Assignments = std::vector<Assignment>;
+
+/// Reads the arguments against the area's table. What the table does not allow throws a Failure of usage, before the
+/// camera is asked anything.
+Assignments parseAssignments(const Area& area, const std::vector<std::string>& arguments);
+
+/// The assignment to a field, or null.
+const Assignment* findAssignment(const Assignments& assignments, const Field& field);
+
+/// Refuses a record with a text that the camera's language can not carry. As a set sends the whole record, this can be
+/// a text that the camera had before.
+void requireCarriable(const Area& area, const Record& record);
+
+} // namespace kxcam

@@ -1,0 +1,65 @@
+// What kxcam prints, kept apart from what the library prints.
+//
+// The library prints diagnostics on standard output. kxcam keeps a private copy of the original standard output for
+// itself and hands descriptor 1 to standard error, so that `kxcam get ftp --json | jq` sees JSON and nothing else. As a
+// person at a terminal is not helped by those lines either, they are dropped unless --verbose asks for them.
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kxcam
+{
+
+/// Text that can not command a terminal: control characters become \xNN.
+std::string printable(std::string_view text);
+
+/// A line of a table; without a description it has two columns.
+struct TableLine
+{
+    std::string key;
+    std::string value;
+    std::string description;
+};
+
+class Console
+{
+public:
+    /// Takes standard output for kxcam and hands descriptor 1 to standard error.
+    Console();
+
+    /// Whether a person watches.
+    bool isTerminal() const { return terminal_; }
+
+    /// Drops what the library prints.
+    void hideDiagnostics();
+
+    void print(std::string_view text);
+
+    /// Prints aligned columns; descriptions are dim on a terminal.
+    void table(const std::vector<TableLine>& lines);
+
+    /// Makes sure that everything has been written. A reader that has gone away is no failure.
+    void finish();
+
+private:
+    struct CloseFile
+    {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+
+    void flush();
+
+    std::unique_ptr<std::FILE, CloseFile> out_;
+    int error_ = 0; // of the first write that failed
+    bool terminal_ = false;
+    bool dims_ = false;
+};
+
+/// Prints a remark for the person on standard error: "kxcam: …".
+void remark(std::string_view text);
+
+} // namespace kxcam

@@ -1,0 +1,59 @@
+// The SDK's life and a logged-in camera.
+#pragma once
+
+#include <string>
+
+#include "Area.h"
+
+namespace kxcam
+{
+
+/// Which camera, and as whom.
+struct Target
+{
+    std::string host;
+    int port = 80;
+    std::string user = "admin";
+
+    /// "127.0.0.1:8080"
+    std::string address() const { return host + ":" + std::to_string(port); }
+
+    /// How to call kxcam for this camera: "kxcam --host 127.0.0.1 --port 8080".
+    std::string commandLine() const;
+};
+
+/// The SDK, started as long as this lives.
+class Sdk
+{
+public:
+    Sdk();
+    ~Sdk();
+    Sdk(const Sdk&) = delete;
+    Sdk& operator=(const Sdk&) = delete;
+};
+
+/// A login that ends with this object. Failing calls throw a Failure.
+class Session
+{
+public:
+    explicit Session(Target target);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    long userId() const { return userId_; }
+
+    /// Logs in again where a set of the network area has ended the session.
+    Record read(const Area& area);
+    void write(const Area& area, Record record);
+
+private:
+    void login();
+
+    Target target_;
+    std::string password_; // before the SDK, whose threads would take a Ctrl-C away from the prompt
+    Sdk sdk_;
+    long userId_ = -1;
+};
+
+} // namespace kxcam

@@ -1,0 +1,34 @@
+// The command line: options of every verb, and what the chosen verb does.
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "Console.h"
+#include "Failure.h"
+#include "Session.h"
+
+namespace CLI
+{
+class App;
+}
+
+namespace kxcam
+{
+
+struct CommandLine
+{
+    Target target;
+    bool verbose = false;
+    std::function<ExitCode(Console&)> verb; // set by the verb that the person chose
+};
+
+/// Reads the arguments. Gives the exit code when that was all: help printed, or a complaint.
+std::optional<ExitCode> parse(int argc, char** argv, CommandLine& line, Console& console);
+
+// Each adds a verb, its options and its help. `line` outlives the parser.
+void addGet(CLI::App& app, CommandLine& line);
+void addSet(CLI::App& app, CommandLine& line);
+void addTestSmtp(CLI::App& app, CommandLine& line);
+
+} // namespace kxcam

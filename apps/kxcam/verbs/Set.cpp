@@ -1,0 +1,150 @@
+// kxcam set AREA key=value...: changes settings and shows what became of them.
+//
+// A set of the SDK sends a whole record, so kxcam reads the record, applies what was given, writes it, and reads it back:
+// a camera says "OK" to much that it does not keep.
+#include <memory>
+
+#include <CLI/CLI.hpp>
+
+#include "Assignment.h"
+#include "areas/Areas.h"
+#include "verbs/CommandLine.h"
+
+namespace kxcam
+{
+namespace
+{
+
+struct Options
+{
+    std::string area;
+    std::vector<std::string> assignments;
+};
+
+constexpr char footer[] = R"(
+Without assignments, the keys of the area are listed.
+
+A secret as an argument shows in the list of processes. Give '-' for its value, and
+kxcam asks for it on the terminal, or reads a line of standard input when that is a
+file or a pipe.
+
+Examples:
+  kxcam set ftp
+  kxcam --host 192.168.1.20 set ftp ftpip=192.168.1.5 ftppassword=-
+  kxcam --host 192.168.1.20 set smtp smtpip=mail.example.com smtpport=587 smtpauth=1
+
+Run 'kxcam --help' for --host, --port, --user and the exit codes.)";
+
+void printKeys(const Area& area, Console& console)
+{
+    std::vector<TableLine> lines;
+    for (const Field& field : area.fields)
+        lines.push_back({std::string(field.key), accepted(field), std::string(field.help)});
+    console.print("Keys of " + std::string(area.name) + ":\n");
+    console.table(lines);
+}
+
+Record applied(Record record, const Assignments& assignments)
+{
+    for (const Assignment& assignment : assignments)
+        record.setValue(*assignment.field, assignment.value);
+    return record;
+}
+
+/// What became of a field; empty when there is nothing to tell. Without an assignment, a change is the camera's own.
+std::string outcome(const Field& field, const Value& before, const Value& after, const Assignment* assignment)
+{
+    if (assignment != nullptr && !field.isRead())
+        return displayed(field, assignment->value, false) + " (sent)";
+    const std::string now = displayed(field, after, false);
+    if (before != after)
+        return displayed(field, before, false) + " -> " + now +
+               (assignment != nullptr ? "" : " (by the camera)");
+    return assignment != nullptr ? now + " (as before)" : "";
+}
+
+void printOutcome(const Area& area, const Record& before, const Record& after, const Assignments& assignments,
+                  Console& console)
+{
+    std::vector<TableLine> lines;
+    for (const Field& field : area.fields) {
+        const std::string text =
+            outcome(field, before.value(field), after.value(field), findAssignment(assignments, field));
+        if (!text.empty())
+            lines.push_back({std::string(field.key), text, ""});
+    }
+    console.table(lines);
+}
+
+std::string notKept(const Field& field, const Value& given, const Value& kept)
+{
+    const std::string text = "the camera did not keep the new " + std::string(field.key);
+    if (field.secret)
+        return text;
+    return text + ": given " + displayed(field, given, false) + ", it has " + displayed(field, kept, false);
+}
+
+ExitCode judge(const Area& area, const Record& after, const Assignments& assignments)
+{
+    ExitCode code = ExitCode::Ok;
+    for (const auto& [field, given] : assignments) {
+        const Value kept = after.value(*field);
+        if (!field->isRead() || kept == given)
+            continue;
+        code = ExitCode::NotKept;
+        remark(notKept(*field, given, kept));
+    }
+    if (code != ExitCode::Ok && !area.quirks.whenNotKept.empty())
+        remark(area.quirks.whenNotKept);
+    return code;
+}
+
+/// Where the camera has gone with these settings; empty when it still answers where it was asked.
+std::string movedTo(const Area& area, const Record& before, const Record& wanted, const Target& target)
+{
+    return area.quirks.moved ? area.quirks.moved(before.data(), wanted.data(), target) : "";
+}
+
+ExitCode change(const Area& area, const Assignments& assignments, const Target& target, Console& console)
+{
+    Session session(target);
+    const Record before = session.read(area);
+    const Record wanted = applied(before, assignments);
+    requireCarriable(area, wanted);
+    session.write(area, wanted);
+
+    const std::string whereNow = movedTo(area, before, wanted, target);
+    if (!whereNow.empty()) {
+        printOutcome(area, before, wanted, assignments, console);
+        remark("sent, but not read back. " + whereNow);
+        return ExitCode::Ok;
+    }
+    const Record after = session.read(area);
+    printOutcome(area, before, after, assignments, console);
+    return judge(area, after, assignments);
+}
+
+ExitCode set(const Options& options, const Target& target, Console& console)
+{
+    const Area& area = findArea(options.area);
+    if (!options.assignments.empty())
+        return change(area, parseAssignments(area, options.assignments), target, console);
+    printKeys(area, console);
+    return ExitCode::Ok;
+}
+
+} // namespace
+
+void addSet(CLI::App& app, CommandLine& line)
+{
+    const auto options = std::make_shared<Options>();
+    CLI::App* verb = app.add_subcommand("set", "Change settings of an area, or list its keys");
+    verb->add_option("AREA", options->area, "What to change; see below")->type_name("")->required();
+    verb->add_option("ASSIGNMENTS", options->assignments, "key=value, one or more")->type_name("");
+    verb->footer(areaHelp() + footer);
+    verb->callback([options, &line] {
+        line.verb = [options, &line](Console& console) { return set(*options, line.target, console); };
+    });
+}
+
+} // namespace kxcam

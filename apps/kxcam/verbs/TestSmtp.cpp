@@ -1,0 +1,44 @@
+// kxcam test-smtp: has the camera send a test mail.
+#include <CLI/CLI.hpp>
+
+#include <KxIpcSDK/KxNetwork.h>
+
+#include "verbs/CommandLine.h"
+
+namespace kxcam
+{
+namespace
+{
+
+constexpr char footer[] = R"(The mail goes out with the settings that `kxcam get smtp` shows.
+
+Example:
+  kxcam --host 192.168.1.20 test-smtp
+
+Run 'kxcam --help' for --host, --port, --user and the exit codes.)";
+
+ExitCode testSmtp(const Target& target, Console& console)
+{
+    Session session(target);
+    switch (Kx_Ipc_TestSMTP(session.userId())) {
+    case 0:
+        console.print("sent\n");
+        return ExitCode::Ok;
+    case 1:
+        throw Failure(ExitCode::Refused, "the camera could not send the test mail; check `kxcam get smtp`");
+    default:
+        throw sdkFailure("the test mail of " + target.address());
+    }
+}
+
+} // namespace
+
+void addTestSmtp(CLI::App& app, CommandLine& line)
+{
+    CLI::App* verb = app.add_subcommand("test-smtp", "Have the camera send a test mail");
+    verb->footer(footer);
+    verb->callback(
+        [&line] { line.verb = [&line](Console& console) { return testSmtp(line.target, console); }; });
+}
+
+} // namespace kxcam

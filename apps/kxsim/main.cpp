@@ -1,0 +1,164 @@
+// kxsim: simulated cameras that run until they are interrupted.
+#include "KxSim/SimCamera.h"
+
+#include <CLI/CLI.hpp>
+
+#include <arpa/inet.h>
+#include <csignal>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <sys/resource.h>
+#include <system_error>
+#include <vector>
+
+namespace
+{
+
+using Kind = kxsim::Fault::Kind;
+
+const std::map<std::string, Kind> faultsByName{
+    {"refuse", Kind::Refuse},
+    {"unreachable", Kind::Unreachable},
+    {"silent-before", Kind::SilentBefore},
+    {"silent-after", Kind::SilentAfter},
+    {"slow", Kind::Slow},
+    {"cut-short", Kind::CutShort},
+    {"endless", Kind::Endless},
+    {"garbage", Kind::Garbage},
+    {"empty", Kind::EmptyReply},
+    {"status", Kind::Status},
+};
+
+constexpr char examples[] = R"(
+Examples:
+  kxsim                                     one camera on http://127.0.0.1:8080, user admin, password admin
+  kxsim --model KX-C300B --port 0           a camera of another chip family, on any free port
+  kxsim --count 3                           cameras on 127.0.0.1, 127.0.0.2 and 127.0.0.3
+  kxsim --fault slow                        a camera that answers in dribs and drabs
+  kxsim --fault status --fault-status 503   a camera that answers each request with an error
+
+Ask a camera for a setting, or change one (the quotes matter):
+  curl -u admin:admin 'http://127.0.0.1:8080/vb.htm?paratest=ftpip'
+  curl -u admin:admin 'http://127.0.0.1:8080/vb.htm?ftpip=192.168.1.9'
+
+Press Ctrl+C to stop.
+)";
+
+struct Arguments
+{
+    kxsim::CameraOptions camera;
+    std::string fault;
+    int faultStatus = 500;
+    unsigned count = 1;
+};
+
+void describe(CLI::App& app, Arguments& arguments)
+{
+    kxsim::CameraOptions& camera = arguments.camera;
+    camera.port = 8080;
+    app.add_option("--model", camera.model, "What it is: KX-C200T, KX-C300B, KX-C300C or KX-C400A")
+        ->capture_default_str();
+    app.add_option("--address", camera.address, "Where it listens (of --count cameras, the first)")
+        ->capture_default_str();
+    app.add_option("--port", camera.port, "TCP port; 0 takes any free one")->capture_default_str();
+    app.add_option("--user", camera.user, "User name that clients must give")->capture_default_str();
+    app.add_option("--password", camera.password, "Password that clients must give")->capture_default_str();
+    app.add_option("--fault", arguments.fault, "How it misbehaves")->check(CLI::IsMember(faultsByName));
+    app.add_option("--fault-status", arguments.faultStatus, "HTTP status of the fault 'status'")
+        ->check(CLI::Range(100, 599))
+        ->capture_default_str();
+    app.add_option("--count", arguments.count, "How many cameras, on consecutive addresses")
+        ->check(CLI::Range(1, 500))
+        ->capture_default_str();
+    app.footer(examples);
+}
+
+std::string addressAfter(const std::string& first, unsigned steps)
+{
+    in_addr address{};
+    if (steps == 0 || inet_pton(AF_INET, first.c_str(), &address) != 1)
+        return first;
+    address.s_addr = htonl(ntohl(address.s_addr) + steps);
+    char text[INET_ADDRSTRLEN] = "";
+    return inet_ntop(AF_INET, &address, text, sizeof text);
+}
+
+// Prints whole lines at once: the cameras report from threads of their own.
+void print(const std::string& line)
+{
+    static std::mutex mutex;
+    const std::lock_guard lock(mutex);
+    std::cout << line << std::endl;
+}
+
+std::string placeOf(const kxsim::SimCamera& camera)
+{
+    return camera.host() + ":" + std::to_string(camera.port());
+}
+
+std::unique_ptr<kxsim::SimCamera> startCamera(const Arguments& arguments, unsigned index)
+{
+    kxsim::CameraOptions options = arguments.camera;
+    options.address = addressAfter(options.address, index);
+    const std::string wanted = options.address + ":" + std::to_string(options.port);
+    try {
+        auto camera = std::make_unique<kxsim::SimCamera>(options);
+        if (!arguments.fault.empty())
+            camera->setFault({.kind = faultsByName.at(arguments.fault), .status = arguments.faultStatus});
+        camera->onRequest([&camera = *camera](const kxsim::Request& request) {
+            const std::string status = request.status ? std::to_string(request.status) : "---";
+            print(placeOf(camera) + " " + status + " " + request.text.substr(0, request.text.find(" HTTP/")));
+            camera.forgetRequests(); // printed is enough; kept, they would fill the memory some day
+        });
+        print(options.model + " listening on http://" + placeOf(*camera));
+        return camera;
+    } catch (const std::system_error& error) {
+        throw std::runtime_error("cannot listen on " + wanted + ": " + error.code().message());
+    }
+}
+
+// A camera takes five descriptors and its connections one each.
+void allowManyDescriptors()
+{
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+// Holds the signals back for waitForInterrupt, on this thread and those it starts.
+sigset_t blockInterrupts()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    return signals;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    CLI::App app("Simulated network cameras, to try KxIpcSDK without hardware.", "kxsim");
+    Arguments arguments;
+    describe(app, arguments);
+    CLI11_PARSE(app, argc, argv);
+
+    const sigset_t interrupts = blockInterrupts();
+    allowManyDescriptors();
+    try {
+        std::vector<std::unique_ptr<kxsim::SimCamera>> cameras;
+        for (unsigned i = 0; i < arguments.count; ++i)
+            cameras.push_back(startCamera(arguments, i));
+        int signal = 0;
+        sigwait(&interrupts, &signal);
+    } catch (const std::exception& error) {
+        std::cerr << "kxsim: " << error.what() << '\n';
+        return 1;
+    }
+}

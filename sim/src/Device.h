@@ -1,0 +1,58 @@
+// The camera as a device: its settings and how it answers requests. No sockets, no threads.
+#pragma once
+
+#include "KxSim/SimCamera.h"
+#include "Settings.h"
+#include "areas/Area.h"
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kxsim
+{
+
+class Device
+{
+public:
+    explicit Device(const CameraOptions& options);
+    /// Tells the device where it listens, which it then reports as its own settings.
+    void placeAt(const std::string& address, unsigned short port);
+
+    struct Answer
+    {
+        int status = 200;
+        std::string body;
+    };
+    /// Answers a request target, path and query.
+    Answer answer(std::string_view target);
+
+    Settings& settings() { return settings_; }
+
+private:
+    void add(const Area& area);
+    Answer perform(std::string_view path, std::string_view actionName) const;
+    Answer answerSettings(std::string_view query);
+    std::string joined(const std::vector<std::string>& lines) const;
+
+    // Each gives the line that answers a piece of a settings query, or nothing when the camera has no answer.
+    std::optional<std::string> answerPiece(std::string_view piece);
+    std::optional<std::string> get(std::string_view key) const;
+    std::optional<std::string> set(std::string_view key, std::string_view value);
+    std::optional<std::string> run(std::string_view word);
+
+    bool take(std::string_view key, const std::string& value);
+
+    std::string lineEnd_;
+    Chip chip_;
+    Settings settings_;
+    std::set<std::string_view> readOnly_;
+    std::map<std::string_view, const SetRule*> setRules_;
+    std::map<std::string_view, const Command*> commands_;
+    std::vector<const Action*> actions_;
+};
+
+} // namespace kxsim

@@ -1,0 +1,231 @@
+// How the port is kept: `reservation_` is bound to it for the camera's whole life and never listens, so that the port
+// stays the camera's own while `listener_` comes and goes with the state of the door:
+//   Open      `listener_` accepts; each connection is a coroutine of its own.
+//   Refusing  no listener: the kernel answers attempts with a reset.
+//   Dead      `listener_` has room for one connection, which `blocker_`, our own, takes up for ever. The kernel then
+//             drops what asks for another, as if the camera were gone.
+// One thread runs it all; other threads only post to it. Destruction stops that thread wherever it is and then
+// drops the connections: whatever a coroutine waits for, it is simply not resumed.
+// Where a connection breaks, an exception ends its coroutine, and with it closes its socket.
+#include "HttpServer.h"
+
+#include "HttpText.h"
+
+#include <fcntl.h>
+#include <netinet/tcp.h>
+
+#include <algorithm>
+#include <array>
+#include <future>
+#include <string_view>
+#include <utility>
+
+namespace kxsim
+{
+namespace
+{
+
+using asio::ip::tcp;
+using namespace std::chrono_literals;
+
+constexpr std::size_t longestHead = 64 * 1024;
+constexpr std::string_view blankLine = "\r\n\r\n";
+
+// A program started by this one must not keep the camera's port or connections open.
+template <typename Socket>
+void keepFromChildren(Socket& socket)
+{
+    ::fcntl(socket.native_handle(), F_SETFD, FD_CLOEXEC);
+}
+
+asio::awaitable<void> pauseFor(std::chrono::milliseconds time)
+{
+    asio::steady_timer timer(co_await asio::this_coro::executor, time);
+    co_await timer.async_wait(asio::use_awaitable);
+}
+
+bool clientIsThere(tcp::socket& socket)
+{
+    tcp_info info{};
+    socklen_t size = sizeof info;
+    ::getsockopt(socket.native_handle(), IPPROTO_TCP, TCP_INFO, &info, &size);
+    return info.tcpi_state == TCP_ESTABLISHED;
+}
+
+// Unread bytes hide the client's leaving from every kind of waiting, hence the asking again and again.
+asio::awaitable<void> leaveUnread(tcp::socket& socket)
+{
+    while (clientIsThere(socket))
+        co_await pauseFor(50ms);
+}
+
+// Empty when the client leaves first, as a mere reachability probe does.
+asio::awaitable<std::string> readHead(tcp::socket& socket)
+{
+    std::string input;
+    asio::error_code error;
+    const std::size_t length =
+        co_await asio::async_read_until(socket, asio::dynamic_buffer(input, longestHead), blankLine,
+                                        asio::redirect_error(asio::use_awaitable, error));
+    if (error != asio::error::not_found) // which stands for: as long as may be, and no blank line
+        input.resize(length);
+    co_return input;
+}
+
+asio::awaitable<void> discardInput(tcp::socket& socket)
+{
+    std::array<char, 4096> unwanted;
+    asio::error_code error;
+    while (!error)
+        co_await socket.async_read_some(asio::buffer(unwanted),
+                                        asio::redirect_error(asio::use_awaitable, error));
+}
+
+asio::awaitable<void> send(tcp::socket& socket, std::string_view bytes)
+{
+    co_await asio::async_write(socket, asio::buffer(bytes), asio::use_awaitable);
+}
+
+asio::awaitable<void> sendInPieces(tcp::socket& socket, const Delivery& delivery)
+{
+    const std::string_view bytes = delivery.bytes;
+    const std::size_t size = std::max<std::size_t>(delivery.pieceSize, 1);
+    for (std::size_t start = 0; start < bytes.size(); start += size) {
+        if (start > 0)
+            co_await pauseFor(delivery.pause);
+        co_await send(socket, bytes.substr(start, size));
+    }
+}
+
+asio::awaitable<void> sendEndlessly(tcp::socket& socket, const Delivery& delivery)
+{
+    co_await send(socket, delivery.bytes);
+    const std::string more(4096, 'x');
+    for (;;)
+        co_await send(socket, more);
+}
+
+asio::awaitable<void> deliver(tcp::socket& socket, const Delivery& delivery)
+{
+    switch (delivery.manner) {
+    case Delivery::Manner::Whole:
+        return send(socket, delivery.bytes);
+    case Delivery::Manner::InPieces:
+        return sendInPieces(socket, delivery);
+    case Delivery::Manner::Endless:
+        return sendEndlessly(socket, delivery);
+    case Delivery::Manner::Never:
+        break;
+    }
+    return discardInput(socket);
+}
+
+// Closing while the client still sends would reset the connection, and the client might lose the reply.
+asio::awaitable<void> closeGracefully(tcp::socket& socket)
+{
+    asio::error_code alreadyGone;
+    socket.shutdown(tcp::socket::shutdown_send, alreadyGone);
+    co_await discardInput(socket);
+}
+
+} // namespace
+
+HttpServer::HttpServer(const std::string& address, unsigned short port, HttpHandler& handler)
+    : handler_(handler), endpoint_(asio::ip::make_address(address), port),
+      reservation_(io_, endpoint_.protocol())
+{
+    reservation_.set_option(Tcp::socket::reuse_address(true));
+    reservation_.bind(endpoint_);
+    endpoint_ = reservation_.local_endpoint();
+    keepFromChildren(reservation_);
+    listener_ = listen(Tcp::acceptor::max_listen_connections);
+}
+
+HttpServer::~HttpServer()
+{
+    io_.stop();
+    if (thread_.joinable())
+        thread_.join();
+}
+
+void HttpServer::start()
+{
+    asio::co_spawn(io_, acceptConnections(listener_), asio::detached);
+    thread_ = std::thread([this] {
+        const auto keepRunning = asio::make_work_guard(io_); // even with the door closed and nobody inside
+        io_.run();
+    });
+}
+
+void HttpServer::refreshDoor()
+{
+    asio::dispatch(io_, std::packaged_task<void()>([this] { setDoor(handler_.door()); })).get();
+}
+
+std::shared_ptr<HttpServer::Tcp::acceptor> HttpServer::listen(int backlog)
+{
+    auto listener = std::make_shared<Tcp::acceptor>(io_, endpoint_.protocol());
+    keepFromChildren(*listener);
+    listener->set_option(Tcp::acceptor::reuse_address(true));
+    listener->bind(endpoint_);
+    listener->listen(backlog);
+    return listener;
+}
+
+void HttpServer::setDoor(Door door)
+{
+    if (door == door_)
+        return;
+    blocker_.reset();
+    listener_->close();
+    if (door == Door::Open)
+        open();
+    else if (door == Door::Dead)
+        block();
+    door_ = door;
+}
+
+void HttpServer::open()
+{
+    listener_ = listen(Tcp::acceptor::max_listen_connections);
+    asio::co_spawn(io_, acceptConnections(listener_), asio::detached);
+}
+
+void HttpServer::block()
+{
+    listener_ = listen(0);
+    blocker_.emplace(io_, endpoint_.protocol());
+    keepFromChildren(*blocker_);
+    blocker_->async_connect(endpoint_, [](asio::error_code) {});
+    listener_->wait(Tcp::acceptor::wait_read); // until the place is taken, be it by a client that was quicker
+}
+
+asio::awaitable<void> HttpServer::acceptConnections(std::shared_ptr<Tcp::acceptor> listener)
+{
+    while (listener->is_open()) {
+        asio::error_code error;
+        Tcp::socket socket =
+            co_await listener->async_accept(asio::redirect_error(asio::use_awaitable, error));
+        if (!error)
+            asio::co_spawn(io_, serve(std::move(socket)), asio::detached);
+        else
+            co_await pauseFor(10ms); // out of descriptors, most likely: some come back as connections end
+    }
+}
+
+asio::awaitable<void> HttpServer::serve(Tcp::socket socket)
+{
+    keepFromChildren(socket);
+    socket.set_option(Tcp::no_delay(true)); // pieces are to arrive as pieces
+    if (!handler_.accepted())
+        co_return co_await leaveUnread(socket);
+    const std::string head = co_await readHead(socket);
+    if (head.empty())
+        co_return;
+    const bool complete = head.ends_with(blankLine);
+    const Delivery delivery = complete ? handler_.answer(head) : Delivery{renderReply(400, statusText(400))};
+    co_await deliver(socket, delivery);
+    co_await closeGracefully(socket);
+}
+
+} // namespace kxsim

@@ -1,0 +1,90 @@
+// The camera's TCP port: connections in, replies out, and the ways of treating a client badly.
+#pragma once
+
+#include <asio.hpp>
+
+#include <chrono>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+
+namespace kxsim
+{
+
+/// What becomes of connection attempts.
+enum class Door
+{
+    Open,
+    Refusing, ///< they are reset
+    Dead      ///< they are not answered at all
+};
+
+/// What goes over a connection in answer to a request.
+struct Delivery
+{
+    enum class Manner
+    {
+        Whole,
+        InPieces, ///< of `pieceSize`, `pause` apart
+        Endless,  ///< `bytes`, and then more for as long as the client is there
+        Never
+    };
+
+    std::string bytes; ///< may be empty: the connection closes without a reply
+    Manner manner = Manner::Whole;
+    std::size_t pieceSize = 1;
+    std::chrono::milliseconds pause{0};
+};
+
+/// What a server asks the camera behind it. Every member is called on the server's thread.
+class HttpHandler
+{
+public:
+    virtual Door door() = 0;
+    /// A connection has come; false: its requests stay unread.
+    virtual bool accepted() = 0;
+    /// A request head has come, blank line included.
+    virtual Delivery answer(const std::string& head) = 0;
+
+protected:
+    ~HttpHandler() = default;
+};
+
+/// Listens from construction on, answers from start() on.
+class HttpServer
+{
+public:
+    /// Throws std::system_error when the address cannot be listened on.
+    HttpServer(const std::string& address, unsigned short port, HttpHandler& handler);
+    ~HttpServer();
+    HttpServer(const HttpServer&) = delete;
+    HttpServer& operator=(const HttpServer&) = delete;
+
+    unsigned short port() const { return endpoint_.port(); }
+    void start();
+    /// Brings the port into the state that the handler now wants; it is when this returns.
+    void refreshDoor();
+
+private:
+    using Tcp = asio::ip::tcp;
+
+    std::shared_ptr<Tcp::acceptor> listen(int backlog);
+    void setDoor(Door door);
+    void open();
+    void block();
+    asio::awaitable<void> acceptConnections(std::shared_ptr<Tcp::acceptor> listener);
+    asio::awaitable<void> serve(Tcp::socket socket);
+
+    asio::io_context io_{1};
+    HttpHandler& handler_;
+    Tcp::endpoint endpoint_;
+    Tcp::socket reservation_;
+    Door door_ = Door::Open;
+    std::shared_ptr<Tcp::acceptor> listener_; ///< shared with its accepting coroutine
+    std::optional<Tcp::socket> blocker_;
+    std::thread thread_;
+};
+
+} // namespace kxsim

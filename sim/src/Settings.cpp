@@ -1,0 +1,35 @@
+#include "Settings.h"
+
+namespace kxsim
+{
+
+std::optional<std::string> Settings::find(std::string_view key) const
+{
+    const auto found = values_.find(key);
+    if (found == values_.end())
+        return std::nullopt;
+    return found->second;
+}
+
+void Settings::put(std::string_view key, std::string_view value)
+{
+    values_.insert_or_assign(std::string(key), std::string(value));
+}
+
+void Settings::remove(std::string_view key)
+{
+    const auto found = values_.find(key);
+    if (found != values_.end())
+        values_.erase(found);
+}
+
+bool Settings::keep(std::string_view key, std::string_view value)
+{
+    const auto found = values_.find(key);
+    if (found == values_.end())
+        return false;
+    found->second = value;
+    return true;
+}
+
+} // namespace kxsim

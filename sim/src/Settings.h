@@ -1,0 +1,31 @@
+// The values that a camera keeps, by key.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kxsim
+{
+
+class Settings
+{
+public:
+    /// The value of a key, or nothing when the camera lacks the key.
+    std::optional<std::string> find(std::string_view key) const;
+    /// The same, with an empty text for a missing key.
+    std::string text(std::string_view key) const { return find(key).value_or(""); }
+
+    /// Gives the camera this key, if need be.
+    void put(std::string_view key, std::string_view value);
+    void remove(std::string_view key);
+    /// Changes the value of a key that the camera has; false when it lacks the key.
+    bool keep(std::string_view key, std::string_view value);
+
+private:
+    std::map<std::string, std::string, std::less<>> values_;
+};
+
+} // namespace kxsim

@@ -1,0 +1,315 @@
+// The camera put together: the device behind the server, and between them what a test orders and sees.
+// One mutex guards everything that other threads can reach; it is never held while a listener is called or
+// while the server's thread is waited for.
+#include "KxSim/SimCamera.h"
+
+#include "Device.h"
+#include "HttpServer.h"
+#include "HttpText.h"
+
+#include <algorithm>
+#include <deque>
+#include <mutex>
+#include <random>
+#include <utility>
+
+namespace kxsim
+{
+namespace
+{
+
+using Kind = Fault::Kind;
+
+struct Replacement
+{
+    std::string targetPart;
+    std::string reply;
+    int left = 0;
+};
+
+bool hitsConnections(Kind kind)
+{
+    return kind == Kind::Refuse || kind == Kind::Unreachable || kind == Kind::SilentBefore;
+}
+
+bool contains(const std::string& text, const std::string& part)
+{
+    return text.find(part) != std::string::npos;
+}
+
+// The same bytes in every run, so that what they once broke can be broken again.
+std::string garbage()
+{
+    std::minstd_rand random;
+    std::string bytes(500, '\0');
+    for (char& byte : bytes)
+        byte = static_cast<char>(random() >> 8U);
+    return bytes;
+}
+
+Delivery delivered(std::string reply, const Fault& fault)
+{
+    switch (fault.kind) {
+    case Kind::SilentAfter:
+        return {"", Delivery::Manner::Never};
+    case Kind::Slow:
+        return {std::move(reply), Delivery::Manner::InPieces, fault.bytes, fault.pause};
+    case Kind::CutShort:
+        return {reply.substr(0, fault.bytes)};
+    case Kind::Endless:
+        return {std::move(reply), Delivery::Manner::Endless};
+    default:
+        return {std::move(reply)};
+    }
+}
+
+} // namespace
+
+class SimCamera::Impl final : private HttpHandler
+{
+public:
+    explicit Impl(CameraOptions options)
+        : host_(options.address), authorization_("Basic " + base64(options.user + ":" + options.password)),
+          device_(options), server_(options.address, options.port, *this)
+    {
+        device_.placeAt(host_, server_.port());
+        server_.start();
+    }
+
+    const std::string& host() const { return host_; }
+    int port() const { return server_.port(); }
+
+    /// Runs `use` on the device, alone.
+    template <typename Use>
+    auto withDevice(Use use)
+    {
+        const std::lock_guard lock(mutex_);
+        return use(device_);
+    }
+
+    void setFault(const Fault& fault);
+    void replaceReply(Replacement replacement);
+
+    std::vector<Request> requests();
+    void forgetRequests();
+    std::size_t connections();
+    void onRequest(std::function<void(const Request&)> listener);
+
+private:
+    Door door() override;
+    bool accepted() override;
+    Delivery answer(const std::string& head) override;
+
+    Fault takeFault(const std::string& target);
+    std::optional<std::string> takeReplacement(const std::string& target);
+    std::string replyTo(const Request& request, const Fault& fault);
+    std::string regularReply(const Request& request, bool tellLength);
+
+    const std::string host_;
+    const std::string authorization_;
+
+    std::mutex mutex_;
+    Device device_;
+    Fault fault_;
+    std::deque<Replacement> replacements_;
+    std::vector<Request> requests_;
+    std::size_t connections_ = 0;
+    std::function<void(const Request&)> listener_;
+
+    HttpServer server_; // last: its thread uses all of the above
+};
+
+void SimCamera::Impl::setFault(const Fault& fault)
+{
+    {
+        const std::lock_guard lock(mutex_);
+        fault_ = fault;
+    }
+    server_.refreshDoor();
+}
+
+void SimCamera::Impl::replaceReply(Replacement replacement)
+{
+    const std::lock_guard lock(mutex_);
+    replacements_.push_back(std::move(replacement));
+}
+
+std::vector<Request> SimCamera::Impl::requests()
+{
+    const std::lock_guard lock(mutex_);
+    return requests_;
+}
+
+void SimCamera::Impl::forgetRequests()
+{
+    const std::lock_guard lock(mutex_);
+    requests_.clear();
+}
+
+std::size_t SimCamera::Impl::connections()
+{
+    const std::lock_guard lock(mutex_);
+    return connections_;
+}
+
+void SimCamera::Impl::onRequest(std::function<void(const Request&)> listener)
+{
+    const std::lock_guard lock(mutex_);
+    listener_ = std::move(listener);
+}
+
+Door SimCamera::Impl::door()
+{
+    const std::lock_guard lock(mutex_);
+    switch (fault_.kind) {
+    case Kind::Refuse:
+        return Door::Refusing;
+    case Kind::Unreachable:
+        return Door::Dead;
+    default:
+        return Door::Open;
+    }
+}
+
+bool SimCamera::Impl::accepted()
+{
+    const std::lock_guard lock(mutex_);
+    ++connections_;
+    return fault_.kind != Kind::SilentBefore;
+}
+
+Delivery SimCamera::Impl::answer(const std::string& head)
+{
+    Request request{head, targetOf(head)};
+    Delivery delivery;
+    std::function<void(const Request&)> listener;
+    {
+        const std::lock_guard lock(mutex_);
+        const Fault fault = takeFault(request.target);
+        delivery = delivered(replyTo(request, fault), fault);
+        request.status = statusOf(delivery.bytes);
+        requests_.push_back(request);
+        listener = listener_;
+    }
+    if (listener)
+        listener(request);
+    return delivery;
+}
+
+Fault SimCamera::Impl::takeFault(const std::string& target)
+{
+    if (hitsConnections(fault_.kind) || !contains(target, fault_.onlyFor))
+        return {};
+    const Fault fault = fault_;
+    if (fault_.count > 0 && --fault_.count == 0)
+        fault_ = {};
+    return fault;
+}
+
+std::optional<std::string> SimCamera::Impl::takeReplacement(const std::string& target)
+{
+    const auto fits = [&](const Replacement& r) { return contains(target, r.targetPart); };
+    const auto found = std::find_if(replacements_.begin(), replacements_.end(), fits);
+    if (found == replacements_.end())
+        return std::nullopt;
+    std::string reply = found->reply;
+    if (--found->left <= 0)
+        replacements_.erase(found);
+    return reply;
+}
+
+std::string SimCamera::Impl::replyTo(const Request& request, const Fault& fault)
+{
+    switch (fault.kind) {
+    case Kind::SilentAfter:
+    case Kind::EmptyReply:
+        return "";
+    case Kind::Garbage:
+        return garbage();
+    case Kind::Status:
+        return renderReply(fault.status, statusText(fault.status));
+    default:
+        break;
+    }
+    if (auto reply = takeReplacement(request.target))
+        return *reply;
+    return regularReply(request, fault.kind != Kind::Endless);
+}
+
+std::string SimCamera::Impl::regularReply(const Request& request, bool tellLength)
+{
+    Device::Answer answer;
+    if (headerOf(request.text, "Authorization") != authorization_)
+        answer = {401, statusText(401)};
+    else if (request.target.empty())
+        answer = {400, statusText(400)};
+    else
+        answer = device_.answer(request.target);
+    return renderReply(answer.status, answer.body, tellLength);
+}
+
+SimCamera::SimCamera(CameraOptions options) : impl_(std::make_unique<Impl>(std::move(options))) {}
+
+SimCamera::~SimCamera() = default;
+
+const std::string& SimCamera::host() const
+{
+    return impl_->host();
+}
+
+int SimCamera::port() const
+{
+    return impl_->port();
+}
+
+std::optional<std::string> SimCamera::value(const std::string& key) const
+{
+    return impl_->withDevice([&](Device& device) { return device.settings().find(key); });
+}
+
+void SimCamera::setValue(const std::string& key, const std::string& value)
+{
+    impl_->withDevice([&](Device& device) { device.settings().put(key, value); });
+}
+
+void SimCamera::removeValue(const std::string& key)
+{
+    impl_->withDevice([&](Device& device) { device.settings().remove(key); });
+}
+
+void SimCamera::setFault(const Fault& fault)
+{
+    impl_->setFault(fault);
+}
+
+void SimCamera::clearFault()
+{
+    impl_->setFault({});
+}
+
+void SimCamera::replaceReply(const std::string& targetPart, const std::string& rawReply, int count)
+{
+    impl_->replaceReply({targetPart, rawReply, count});
+}
+
+std::vector<Request> SimCamera::requests() const
+{
+    return impl_->requests();
+}
+
+void SimCamera::forgetRequests()
+{
+    impl_->forgetRequests();
+}
+
+std::size_t SimCamera::connections() const
+{
+    return impl_->connections();
+}
+
+void SimCamera::onRequest(std::function<void(const Request&)> listener)
+{
+    impl_->onRequest(std::move(listener));
+}
+
+} // namespace kxsim

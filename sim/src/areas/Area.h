@@ -1,0 +1,80 @@
+// What a settings area of the camera is made of: its part of the camera's language, as tables.
+#pragma once
+
+#include "../Settings.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kxsim
+{
+
+/// The chip families, as bits: a row names those whose cameras have it.
+enum Chip : unsigned
+{
+    Ti = 1,
+    Hisi = 2,
+    Amba = 4,
+    NotTi = Hisi | Amba,
+    AnyChip = Ti | NotTi
+};
+
+enum class Access
+{
+    ReadWrite,
+    ReadOnly
+};
+
+/// A key that a get reads, with the value of a camera fresh from the factory.
+struct Setting
+{
+    std::string_view key;
+    std::string_view initial;
+    Access access = Access::ReadWrite;
+    unsigned chips = AnyChip;
+};
+
+/// A key that a set writes and that is not simply kept under its own name.
+struct SetRule
+{
+    std::string_view key;
+    bool (*take)(Settings& settings, const std::string& value); ///< false: the value was not taken
+    unsigned chips = AnyChip;
+};
+
+/// A word without a value, which makes the camera do something.
+struct Command
+{
+    std::string_view word;
+    bool (*run)(Settings& settings);
+};
+
+/// A request "path?action=name".
+struct Action
+{
+    std::string_view path;
+    std::string_view name;
+    std::vector<std::string> (*answer)(const Settings& settings); ///< lines of the reply's body
+};
+
+struct Area
+{
+    std::span<const Setting> settings;
+    std::span<const SetRule> setRules = {};
+    std::span<const Command> commands = {};
+    std::span<const Action> actions = {};
+};
+
+/// A set rule for a value that is read back under another name.
+template <const char* Key>
+bool keepAs(Settings& settings, const std::string& value)
+{
+    return settings.keep(Key, value);
+}
+
+extern const Area networkArea;
+extern const Area systemArea;
+
+} // namespace kxsim

@@ -1,0 +1,3 @@
+#include "Core/LastError.h"
+
+std::atomic<long> g_nLastError{KX_ERROR_NONE};

@@ -1,0 +1,3 @@
+#include "Core/Timing.h"
+
+Timing g_timing;

@@ -1,0 +1,14 @@
+// The families of cameras that speak different dialects. This is the one place that tells them apart.
+#pragma once
+
+#include "KxIpcSDK/Reply.h"
+
+enum class ChipFamily
+{
+    Ti,   // plain keys
+    Hisi, // page dialect; models that end in "B", "C" or "-SP"
+    A     // page dialect; models that end in "A"
+};
+
+/// The family of the camera whose model a reply tells. No model counts as the TI family's.
+ChipFamily chipFamilyOf(const OkReply& reply);

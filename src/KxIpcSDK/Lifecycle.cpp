@@ -1,0 +1,153 @@
+#include "KxIpcSDK/Lifecycle.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <thread>
+
+#include <KxIpcSDK/KxSdk.h>
+
+#include "Core/LastError.h"
+#include "Core/SdkState.h"
+#include "Core/Timing.h"
+#include "Core/UserInfo.h"
+#include "KxIpcSDK/media/MediaSession.h"
+#include "NetManager/Login.h"
+#include "ipcctl/ipcctl.h"
+
+namespace
+{
+
+constexpr std::int64_t firstUserId = 1000;
+
+/// The error that a login's reply stands for; KX_ERROR_NONE: the camera let us in.
+KxError judgeLogin(const char* reply)
+{
+    const auto holds = [reply](const char* text) { return std::strstr(reply, text) != nullptr; };
+    if (reply[0] == '\0')
+        return KX_ERROR_NOT_FOUND;
+    if (holds("400 Bad Request") || holds("401 Unauthorized"))
+        return KX_ERROR_UNAUTHORISED;
+    if (holds("403 Forbidden"))
+        return KX_ERROR_FORBIDDEN;
+    return holds("404 Not Found") ? KX_ERROR_NOT_FOUND : KX_ERROR_NONE;
+}
+
+/// Proves the session's credentials. A reply that the request channel refused has its code already, but for a login
+/// "400 Bad Request" means that the camera did not like the credentials.
+bool proveLogin(UserInfo& session)
+{
+    char reply[1024] = {};
+    const int sent = DoLogin(&session, reply, sizeof reply);
+    if (sent != 0 && std::strstr(reply, "400 Bad Request") == nullptr)
+        return false;
+    const KxError error = judgeLogin(reply);
+    if (error != KX_ERROR_NONE)
+        setLastError(error);
+    return error == KX_ERROR_NONE;
+}
+
+void endMedia(UserInfo& slot)
+{
+    if (slot.nUserId >= firstUserId && slot.livePlaying != 0)
+        stopLiveView(slot);
+    if (slot.nUserId >= firstUserId && slot.player != nullptr)
+        stopPlayback(slot);
+}
+
+void joinWorker(pthread_t*& worker)
+{
+    if (worker == nullptr)
+        return;
+    pthread_join(*worker, nullptr);
+    std::free(worker);
+    worker = nullptr;
+}
+
+} // namespace
+
+int Kx_Sdk_Init(void)
+{
+    std::signal(SIGPIPE, SIG_IGN); // a camera that closes its connection early must not end the application
+    std::printf("========Kx_Ipc_Init========\n");
+    clearAllSessions();
+    m_fSearchCallBack = nullptr;
+    m_pSearchUser = nullptr;
+    g_IpCameraManager = CIpCameraManager::GetInstance();
+    if (g_IpCameraManager == nullptr)
+        return -1;
+    g_bThreadOpenRtsp = true;
+    g_bInit = true;
+    return 0;
+}
+
+int Kx_Sdk_Destroy(void)
+{
+    std::printf("========Kx_Ipc_Destroy========\n");
+    for (UserInfo& slot : g_UserInfo)
+        endMedia(slot);
+    if (g_IpCameraManager != nullptr)
+        CIpCameraManager::DeleteInstance();
+    g_IpCameraManager = nullptr;
+    clearAllSessions();
+    joinWorker(m_pThreadSearch);
+    m_fSearchCallBack = nullptr;
+    m_pSearchUser = nullptr;
+    g_bThreadOpenRtsp = false;
+    joinWorker(m_pThreadOpenRtsp);
+    std::printf("========Kx_Ipc_Destroy=====99999===\n");
+    g_bInit = false;
+    return 0;
+}
+
+long Kx_Sdk_GetLastError(void)
+{
+    return g_nLastError;
+}
+
+long Kx_Ipc_Login(const char* label, const char* host, int port, const char* user, const char* password)
+{
+    if (!g_bInit)
+        return failWith(KX_ERROR_NOT_INITIALISED);
+    if (label == nullptr || host == nullptr || user == nullptr || password == nullptr)
+        return -1;
+
+    UserInfo session; // the requests go by this copy, whatever another login or a logout does to the slot meanwhile
+    UserInfo* slot = takeSession(label, host, port, user, password, session);
+    if (slot == nullptr)
+        return -1;
+    if (proveLogin(session))
+        return session.nUserId;
+    closeSession(session.nUserId);
+    return -1;
+}
+
+int Kx_Ipc_Logout(long userId)
+{
+    if (!g_bInit)
+        return failWith(KX_ERROR_NOT_INITIALISED);
+    return closeSession(userId) ? 0 : failWith(KX_ERROR_UNKNOWN_USER);
+}
+
+bool closeSession(long userId)
+{
+    UserInfo* slot = GetUserInfo(userId);
+    if (slot == nullptr)
+        return false;
+    if (slot->livePlaying != 0) {
+        stopLiveView(*slot);
+        g_IpCameraManager->DelIpCamera(static_cast<int>(userId));
+    }
+    delete slot->player;
+    slot->player = nullptr;
+    clearSession(*slot, userId);
+    return true;
+}
+
+void* ThreadOpenRtsp(void*)
+{
+    while (g_bThreadOpenRtsp)
+        std::this_thread::sleep_for(g_timing.streamWorker);
+    return nullptr;
+}

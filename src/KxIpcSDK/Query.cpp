@@ -1,0 +1,21 @@
+#include "KxIpcSDK/Query.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+
+void Query::number(const char* key, int value)
+{
+    add("&%s=%d", key, value);
+}
+
+void Query::add(const char* format, ...)
+{
+    const std::size_t room = bound - length_;
+    va_list arguments;
+    va_start(arguments, format);
+    const int wanted = std::vsnprintf(text_ + length_, room, format, arguments);
+    va_end(arguments);
+    if (wanted > 0)
+        length_ += std::min(static_cast<std::size_t>(wanted), room - 1);
+}

@@ -1,0 +1,32 @@
+// The query of a set, put together piece by piece: "&key=value&key=value".
+#pragma once
+
+#include <cstddef>
+
+#include <KxIpcSDK/KxExport.h>
+
+/// Holds at most 1022 characters; what goes beyond is cut, as cameras expect it. Texts go out as they stand.
+class Query
+{
+public:
+    /// "&key=value"
+    void number(const char* key, int value);
+
+    /// "&key=text", with as much of the field as it holds up to its terminator
+    template <std::size_t Size>
+    void text(const char* key, const char (&field)[Size])
+    {
+        add("&%s=%.*s", key, static_cast<int>(Size), field);
+    }
+
+    /// Any other form.
+    void add(const char* format, ...) KX_PRINTF_LIKE(2, 3);
+
+    const char* c_str() const { return text_; }
+
+private:
+    static constexpr std::size_t bound = 1023;
+
+    char text_[bound] = {};
+    std::size_t length_ = 0;
+};

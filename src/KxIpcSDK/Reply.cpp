@@ -1,0 +1,12 @@
+#include "KxIpcSDK/Reply.h"
+
+#include <cstdio>
+
+#include "NetManager/ReplyFields.h"
+
+bool OkStyle::find(const char* reply, const char* key, char* value, std::size_t size)
+{
+    char prefix[128];
+    std::snprintf(prefix, sizeof prefix, "OK %s=", key);
+    return KxSscanf(reply, prefix, "\n", value, static_cast<int>(size - 1)) != -1;
+}

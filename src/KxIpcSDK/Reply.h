@@ -1,0 +1,52 @@
+// A camera's reply to a get, and the two verbs that read it.
+#pragma once
+
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+
+/// Lines "OK key=value". A style finds a key's value and copies it, cut to the room it is given.
+struct OkStyle
+{
+    /// False, with `value` untouched, when the key is absent.
+    static bool find(const char* reply, const char* key, char* value, std::size_t size);
+};
+
+/// The raw reply, status line and headers included. False when the request failed or the reply is empty.
+template <typename Style, std::size_t Size = 1024>
+class Reply
+{
+public:
+    static constexpr std::size_t size = Size;
+
+    explicit operator bool() const { return received_ && raw_[0] != '\0'; }
+
+    /// Reads a text, cut to its field. A key that is absent leaves the field as it is and gives false.
+    template <std::size_t FieldSize>
+    bool text(const char* key, char (&field)[FieldSize]) const
+    {
+        return Style::find(raw_, key, field, FieldSize);
+    }
+
+    /// Reads a decimal number into a field of any integer type, keeping the bits that fit. A key that is absent
+    /// leaves the field as it is and gives false.
+    template <typename Number>
+    bool number(const char* key, Number& field) const
+    {
+        char value[Size];
+        if (!Style::find(raw_, key, value, sizeof value))
+            return false;
+        field = static_cast<Number>(std::atoi(value));
+        return true;
+    }
+
+    bool contains(const char* text) const { return std::strstr(raw_, text) != nullptr; }
+
+private:
+    friend class CameraCall;
+
+    char raw_[Size] = {};
+    bool received_ = false;
+};
+
+using OkReply = Reply<OkStyle>;

@@ -1,0 +1,111 @@
+#include "NetManager/Exchange.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <thread>
+
+#include <sys/socket.h>
+
+#include "Core/Timing.h"
+#include "NetManager/Socket.h"
+
+namespace
+{
+
+constexpr int toleratedReadErrors = 5; // in a row; the next one ends the reading
+
+/// A connect that no camera can stretch beyond the limit, which a blocking one could. A refusal is not told here: it
+/// shows when the request is sent.
+bool connectWithin(const FileDescriptor& socket, const sockaddr_in& address, std::chrono::milliseconds limit)
+{
+    setBlocking(socket, false);
+    ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    const Wait outcome = waitFor(socket, Writable | Exception, limit);
+    setBlocking(socket, true);
+    return outcome != Wait::TimedOut;
+}
+
+/// Cameras take a request that starts again after a partial write, so each attempt writes it from its first byte. A
+/// request always fits the system's send buffer; partial writes come from signals only.
+bool sendWhole(const FileDescriptor& socket, std::string_view request)
+{
+    std::size_t total = 0;
+    while (total < request.size()) {
+        const ssize_t written = ::send(socket.get(), request.data(), request.size(), MSG_NOSIGNAL);
+        if (written > 0)
+            total += static_cast<std::size_t>(written);
+        else if (written == 0)
+            std::this_thread::sleep_for(g_timing.retry);
+        else if (errno != EINTR && errno != EAGAIN)
+            return false;
+    }
+    return true;
+}
+
+/// Counts a failed read; true when the reading must end.
+bool readFailedForGood(std::atomic<int>& failedReads)
+{
+    if (errno == EINTR || errno == EAGAIN)
+        return false;
+    if (failedReads.fetch_add(1) >= toleratedReadErrors)
+        return true;
+    std::this_thread::sleep_for(g_timing.retry);
+    return false;
+}
+
+/// Reads until the camera closes the connection or the reply is full; returns the number of bytes that came. A reply
+/// may take as long as it likes, but when nothing more comes for a long time it is taken to be complete.
+std::size_t receive(const FileDescriptor& socket, std::span<char> reply, std::atomic<int>& failedReads)
+{
+    char chunk[4096];
+    std::size_t total = 0;
+    failedReads = 0;
+    do {
+        const ssize_t count = ::recv(socket.get(), chunk, sizeof chunk, 0);
+        if (count == 0 || (count < 0 && readFailedForGood(failedReads)))
+            break;
+        if (count < 0)
+            continue;
+        failedReads = 0;
+        if (total < reply.size() - 1)
+            std::memcpy(&reply[total], chunk, std::min<std::size_t>(static_cast<std::size_t>(count), reply.size() - 1 - total));
+        total += static_cast<std::size_t>(count);
+    } while (total < reply.size() && waitFor(socket, Readable, g_timing.stalledReply) != Wait::TimedOut);
+    return total;
+}
+
+int judge(const char* reply, std::span<const Refusal> refusals)
+{
+    for (const Refusal& refusal : refusals) {
+        if (std::strstr(reply, refusal.text) != nullptr)
+            return failWith(refusal.error);
+    }
+    return 0;
+}
+
+} // namespace
+
+int exchange(const UserInfo& session, std::string_view request, char* reply, int replySize,
+             const ExchangeRules& rules)
+{
+    const auto address = resolveIpv4(session.host, session.port);
+    if (!address)
+        return failWith(KX_ERROR_NETWORK);
+    const FileDescriptor socket = makeTcpSocket();
+    if (!socket)
+        return -1;
+    if (!connectWithin(socket, *address, rules.connectWait) || !sendWhole(socket, request))
+        return failWith(KX_ERROR_NETWORK);
+    const Wait outcome = waitFor(socket, Readable | Exception, rules.replyWait);
+    if (outcome == Wait::TimedOut)
+        return failWith(KX_ERROR_NETWORK);
+
+    std::memset(reply, 0, static_cast<std::size_t>(replySize) - 1);
+    std::size_t received = 0;
+    if (outcome != Wait::Exceptional)
+        received = receive(socket, {reply, static_cast<std::size_t>(replySize)}, rules.failedReads);
+    if (received == 0)
+        return failWith(rules.nothingReceived);
+    return judge(reply, rules.refusals);
+}

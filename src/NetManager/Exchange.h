@@ -1,0 +1,33 @@
+// One exchange with a camera over a connection of its own: connect, send, receive, judge.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <span>
+#include <string_view>
+
+#include "Core/LastError.h"
+#include "Core/UserInfo.h"
+
+/// A text that, found anywhere in a reply, makes the request fail.
+struct Refusal
+{
+    const char* text;
+    KxError error;
+};
+
+/// What tells one request function from another.
+struct ExchangeRules
+{
+    std::chrono::milliseconds connectWait; // until the request can be sent
+    std::chrono::milliseconds replyWait;   // until the first byte of the reply
+    KxError nothingReceived;
+    std::span<const Refusal> refusals; // in the order they are looked for
+    std::atomic<int>& failedReads;     // consecutive ones, counted over all concurrent requests of the function
+};
+
+/// Sends the request to the session's camera and fills `reply` with the first replySize - 1 bytes of what comes back
+/// as it comes (status line, headers, body), then zeros; its last byte is never written. Returns 0; or -1 with the
+/// last error set, except when the system has no socket.
+int exchange(const UserInfo& session, std::string_view request, char* reply, int replySize,
+             const ExchangeRules& rules);

@@ -1,0 +1,55 @@
+// TCP sockets: ownership, name resolution and waiting.
+#pragma once
+
+#include <chrono>
+#include <optional>
+
+#include <netinet/in.h>
+
+/// Owns a file descriptor.
+class FileDescriptor
+{
+public:
+    explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
+    ~FileDescriptor();
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+
+    int get() const { return descriptor_; }
+    explicit operator bool() const { return descriptor_ >= 0; }
+
+private:
+    int descriptor_;
+};
+
+/// The first IPv4 address of a host.
+std::optional<sockaddr_in> resolveIpv4(const char* host, int port);
+
+/// A new IPv4 stream socket; false when there is none to be had.
+FileDescriptor makeTcpSocket();
+
+/// Switches between blocking and non-blocking; false when the system refuses.
+bool setBlocking(const FileDescriptor& socket, bool blocking);
+
+/// On close, waits up to this long for unsent data to leave; false when the system refuses.
+bool setLinger(const FileDescriptor& socket, int seconds);
+
+/// What to wait for on a socket; combined with |.
+enum WaitSet : unsigned
+{
+    Readable = 1,
+    Writable = 2,
+    Exception = 4 // urgent data
+};
+
+enum class Wait
+{
+    TimedOut,
+    Ready,       // to be read or written, as asked for
+    Exceptional, // urgent data and nothing else
+    Failed       // the wait itself
+};
+
+/// Waits with poll, so that descriptors of any number do. An error or a hang-up counts as ready, since the next
+/// operation will tell it.
+Wait waitFor(const FileDescriptor& socket, unsigned waitSet, std::chrono::milliseconds limit);

@@ -1,0 +1,75 @@
+// Fixture and small helpers for tests that drive the SDK against simulated cameras.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <KxIpcSDK/KxIpcSDK.h>
+#include <KxSim/SimCamera.h>
+
+#include "Core/LastError.h"
+#include "Core/Timing.h"
+
+/// Time limits short enough that a test which runs into one does not make anybody wait.
+inline Timing shortTiming()
+{
+    using namespace std::chrono_literals;
+    return {.probe = 60ms,
+            .connect = 60ms,
+            .firstReply = 60ms,
+            .stalledReply = 60ms,
+            .retry = 10us,
+            .streamWorker = 1ms,
+            .decodersOff = 1ms};
+}
+
+/// An initialised SDK, ended after the test. Time limits are the real ones unless a test shortens them.
+class SdkTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        g_timing = {};
+        g_nLastError = KX_ERROR_NONE;
+        ASSERT_EQ(Kx_Sdk_Init(), 0);
+    }
+
+    void TearDown() override { Kx_Sdk_Destroy(); }
+
+    static long login(const kxsim::SimCamera& camera, const char* password = "admin")
+    {
+        return Kx_Ipc_Login("test", camera.host().c_str(), camera.port(), "admin", password);
+    }
+};
+
+/// Logged in to a TI camera and to one of the page dialect, with nothing in their request logs.
+class CameraTest : public SdkTest
+{
+protected:
+    void SetUp() override
+    {
+        SdkTest::SetUp();
+        for (auto* camera : {&ti, &page})
+            ASSERT_GE(*(camera == &ti ? &tiId : &pageId) = login(*camera), 1000);
+        ti.forgetRequests();
+        page.forgetRequests();
+    }
+
+    kxsim::SimCamera ti{{.model = "KX-C200T"}};
+    kxsim::SimCamera page{{.model = "KX-C300B"}};
+    long tiId = -1;
+    long pageId = -1;
+};
+
+/// The targets of the requests since the log was last emptied, without the path that all share.
+inline std::vector<std::string> queries(const kxsim::SimCamera& camera)
+{
+    static const std::string path = "/vb.htm?language=ie";
+    std::vector<std::string> found;
+    for (const kxsim::Request& request : camera.requests())
+        found.push_back(request.target.starts_with(path) ? request.target.substr(path.size()) : request.target);
+    return found;
+}

@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# Includes point down only: exported functions -> transport, streaming -> ground floor. check_layers.sh SOURCE_DIR
+set -euo pipefail
+cd "$1"
+
+failed=0
+# may FOLDER REGEX: what the files of a folder may include of ours
+may() {
+    local wrong
+    wrong=$(grep -rnE '#include ["<](Core|Log|ZrThread|inirw|ipcctl|NetManager|KxSearch|KxIpcSDK|KxSim)/' "$1" |
+        grep -vE "#include [\"<]($2)" || true)
+    [ -z "$wrong" ] || { echo "$1 must not include:"; echo "$wrong"; failed=1; }
+}
+may src/Core 'Core/|KxIpcSDK/KxSdk\.h'
+may src/Log 'Log/|KxIpcSDK/KxLog\.h'
+may src/inirw 'inirw/|Core/PrintText\.h'
+may src/ipcctl 'ipcctl/'
+may src/NetManager 'NetManager/|Core/|Log/|inirw/'
+may src/KxIpcSDK 'KxIpcSDK/|Core/|Log/|inirw/|NetManager/|ipcctl/'
+may sim 'KxSim/'
+may apps/kxcam 'KxIpcSDK/Kx[A-Za-z]*\.h'
+may apps/kxsim 'KxSim/'
+exit $failed

@@ -1,0 +1,154 @@
+// A camera that misbehaves: every call ends, says so, and leaves nothing behind.
+#include "SdkTest.h"
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <iterator>
+#include <thread>
+
+#include <malloc.h>
+
+#include "CameraCalls.h"
+
+using kxsim::Fault;
+
+namespace
+{
+
+class HostileCamera : public SdkTest
+{
+protected:
+    void SetUp() override
+    {
+        SdkTest::SetUp();
+        id = login(camera);
+        ASSERT_GE(id, 1000);
+        g_timing = shortTiming();
+        g_timing.probe = g_timing.firstReply = std::chrono::milliseconds(5);
+    }
+
+    int run(const NamedCall& call, Records& records)
+    {
+        const int result = call.run(id, &records);
+        if (result == 0 && std::strcmp(call.name, "SetNetwork") == 0) { // moves the camera away
+            camera.clearFault();
+            id = login(camera);
+        }
+        return result;
+    }
+
+    kxsim::SimCamera camera;
+    long id = -1;
+};
+
+std::size_t openDescriptors()
+{
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
+}
+
+/// Waits for the camera's own side of closed connections, which this process holds too.
+bool descriptorsFallTo(std::size_t wanted)
+{
+    for (int i = 0; i < 400 && openDescriptors() > wanted; ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    return openDescriptors() <= wanted;
+}
+
+} // namespace
+
+TEST_F(HostileCamera, EndsEveryCallWithTheFaultsCode)
+{
+    enum Outcome
+    {
+        Fails,   // every call, with the code
+        Answers, // something comes back: sets succeed, gets find no key
+    };
+    const struct
+    {
+        Fault fault;
+        Outcome outcome;
+        long error;
+    } cases[] = {
+        {{.kind = Fault::Kind::Refuse}, Fails, KX_ERROR_NETWORK},
+        {{.kind = Fault::Kind::Unreachable}, Fails, KX_ERROR_NETWORK},
+        {{.kind = Fault::Kind::SilentBefore}, Fails, KX_ERROR_NETWORK},
+        {{.kind = Fault::Kind::SilentAfter}, Fails, KX_ERROR_NETWORK},
+        {{.kind = Fault::Kind::EmptyReply}, Fails, KX_ERROR_NETWORK},
+        {{.kind = Fault::Kind::Status, .status = 400}, Fails, KX_ERROR_NETWORK},
+        {{.kind = Fault::Kind::Status, .status = 401}, Fails, KX_ERROR_UNAUTHORISED},
+        {{.kind = Fault::Kind::Status, .status = 404}, Fails, KX_ERROR_NOT_FOUND},
+        {{.kind = Fault::Kind::Status, .status = 502}, Fails, KX_ERROR_BAD_GATEWAY},
+        {{.kind = Fault::Kind::CutShort, .bytes = 9}, Answers, KX_ERROR_NONE},
+        {{.kind = Fault::Kind::Endless}, Answers, KX_ERROR_NONE},
+        {{.kind = Fault::Kind::Garbage}, Answers, KX_ERROR_NONE},
+    };
+    for (const auto& row : cases) {
+        for (const NamedCall& call : cameraCalls) {
+            SCOPED_TRACE(testing::Message() << call.name << " under fault " << static_cast<int>(row.fault.kind));
+            camera.setFault(row.fault);
+            g_nLastError = KX_ERROR_NONE;
+            Records records;
+            const int result = run(call, records);
+            if (row.outcome == Fails || call.ignoresReply) {
+                EXPECT_EQ(result, row.outcome == Fails ? call.failure : 0);
+            }
+            EXPECT_EQ(Kx_Sdk_GetLastError(), row.error);
+        }
+    }
+}
+
+TEST_F(HostileCamera, LeavesNothingBehindAfterTwoThousandCalls)
+{
+    const Fault::Kind kinds[] = {Fault::Kind::None,     Fault::Kind::Refuse,  Fault::Kind::SilentBefore,
+                                 Fault::Kind::CutShort, Fault::Kind::Endless, Fault::Kind::SilentAfter,
+                                 Fault::Kind::Garbage,  Fault::Kind::Slow,    Fault::Kind::EmptyReply};
+    const std::size_t before = openDescriptors();
+    std::size_t calls = 0;
+    std::size_t heapAfterWarmUp = 0;
+    while (calls < 2000) {
+        for (const Fault::Kind kind : kinds) {
+            for (const NamedCall& call : cameraCalls) {
+                camera.setFault({.kind = kind, .bytes = 300, .pause = std::chrono::milliseconds(1)});
+                Records records;
+                run(call, records);
+                ++calls;
+            }
+        }
+        camera.clearFault();
+        camera.forgetRequests();
+        ASSERT_TRUE(descriptorsFallTo(before)) << openDescriptors() << " open, " << before << " at the start";
+        const std::size_t heap = mallinfo2().uordblks;
+        if (heapAfterWarmUp == 0)
+            heapAfterWarmUp = heap;
+        EXPECT_LT(heap, heapAfterWarmUp + 64 * 1024);
+    }
+}
+
+TEST_F(HostileCamera, ValuesAreNeverFormatsAndNeverLeaveTheirFields)
+{
+    const std::string values[] = {"%n%n%n%n%s%s%s%s", std::string(900, '%'), std::string(900, 'x'), "\xFF\xFE\x80",
+                                  "99999999999999999999999999", "-99999999999999999999999999", "1.2.3.4.5.6.7.8"};
+    for (const std::string& value : values) {
+        FtpInfo info{};
+        char guard[64];
+        std::fill(std::begin(guard), std::end(guard), '#');
+        camera.replaceReply("ftpip", kxsim::httpReply("OK ftpip=" + value + "\nOK ftpipport=" + value + "\n"));
+        EXPECT_EQ(Kx_Ipc_GetFTP(id, &info), 0);
+        EXPECT_EQ(info.ftpip, value.substr(0, sizeof info.ftpip - 1));
+
+        camera.replaceReply("netip", kxsim::httpReply("OK netip=" + value + "\n"));
+        NetworkInfo network{};
+        EXPECT_EQ(Kx_Ipc_GetNetwork(id, &network), 0);
+        EXPECT_LT(strnlen(network.netip, sizeof network.netip), sizeof network.netip);
+        EXPECT_STREQ(network.netmask, "");
+    }
+}
+
+TEST_F(HostileCamera, StopsWaitingForTheRestOfAReply)
+{
+    // The reply says more is to come, and the connection stays open without it.
+    camera.setFault({.kind = Fault::Kind::Slow, .bytes = 200, .pause = std::chrono::seconds(20)});
+    FtpInfo info{};
+    EXPECT_EQ(Kx_Ipc_GetFTP(id, &info), 0);
+}

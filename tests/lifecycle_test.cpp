@@ -1,0 +1,175 @@
+// Initialisation, login, logout and shutdown.
+#include "SdkTest.h"
+
+#include <csignal>
+#include <cstdlib>
+
+#include "Core/SdkState.h"
+#include "Core/UserInfo.h"
+#include "KxIpcSDK/Lifecycle.h"
+#include "ipcctl/ipcctl.h"
+
+using kxsim::Fault;
+using kxsim::httpReply;
+
+using Lifecycle = SdkTest;
+
+TEST_F(Lifecycle, LoginAnnouncesItselfAndProvesTheCredentials)
+{
+    kxsim::SimCamera camera;
+    ASSERT_GE(login(camera), 1000);
+    EXPECT_THAT(queries(camera),
+                testing::ElementsAre("&loginlog", "/vb.htm?action=get.network.general&user=admin&pwd=admin&"));
+}
+
+TEST_F(Lifecycle, LoginTellsWhyItFailed)
+{
+    const struct
+    {
+        std::string reply;
+        long error;
+    } cases[] = {
+        {httpReply("", "400 Bad Request"), KX_ERROR_UNAUTHORISED},
+        {httpReply("", "401 Unauthorized"), KX_ERROR_UNAUTHORISED},
+        {httpReply("", "403 Forbidden"), KX_ERROR_FORBIDDEN},
+        {httpReply("", "404 Not Found"), KX_ERROR_NOT_FOUND},
+        {httpReply("", "502 Bad Gateway"), KX_ERROR_BAD_GATEWAY},
+        {std::string("\0OK", 3), KX_ERROR_NOT_FOUND},
+    };
+    kxsim::SimCamera camera;
+    for (const auto& row : cases) {
+        camera.replaceReply("get.network.general", row.reply);
+        EXPECT_EQ(login(camera), -1) << row.reply;
+        EXPECT_EQ(Kx_Sdk_GetLastError(), row.error) << row.reply;
+        EXPECT_EQ(GetUserInfo(0), &g_UserInfo[0]); // the slot is free again
+    }
+}
+
+TEST_F(Lifecycle, LoginKeepsTheChannelsCodeWhenNothingCameBack)
+{
+    kxsim::SimCamera camera;
+    camera.replaceReply("loginlog", httpReply("", "400 Bad Request")); // must not be taken for the login's reply
+    camera.setFault({.kind = Fault::Kind::EmptyReply, .onlyFor = "get.network.general"});
+    EXPECT_EQ(login(camera), -1);
+    EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_NETWORK);
+}
+
+TEST_F(Lifecycle, LoginSucceedsWhateverBecomesOfItsAnnouncement)
+{
+    kxsim::SimCamera camera;
+    camera.replaceReply("loginlog", httpReply("", "404 Not Found"));
+    EXPECT_GE(login(camera), 1000);
+    EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_NOT_FOUND); // left by the announcement, and not cleared
+}
+
+TEST_F(Lifecycle, SecondLoginTakesOverTheSessionForBetterOrWorse)
+{
+    kxsim::SimCamera camera;
+    const long id = login(camera);
+    EXPECT_EQ(login(camera), id);
+    EXPECT_EQ(login(camera, "wrong"), -1);
+    EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_UNAUTHORISED);
+    EXPECT_EQ(Kx_Ipc_Logout(id), -1);
+    EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_UNKNOWN_USER);
+    EXPECT_GT(login(camera), id);
+}
+
+TEST_F(Lifecycle, FullTableFailsWithoutACode)
+{
+    for (int port = 1; port <= 500; ++port)
+        GetAvaiUserInfo("10.0.0.1", port)->port = port;
+    kxsim::SimCamera camera;
+    EXPECT_EQ(login(camera), -1);
+    EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_NONE);
+    EXPECT_EQ(camera.connections(), 0U);
+}
+
+TEST_F(Lifecycle, NullTextsFailWithoutACode)
+{
+    EXPECT_EQ(Kx_Ipc_Login(nullptr, "127.0.0.1", 80, "u", "p"), -1);
+    EXPECT_EQ(Kx_Ipc_Login("l", nullptr, 80, "u", "p"), -1);
+    EXPECT_EQ(Kx_Ipc_Login("l", "127.0.0.1", 80, nullptr, "p"), -1);
+    EXPECT_EQ(Kx_Ipc_Login("l", "127.0.0.1", 80, "u", nullptr), -1);
+    EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_NONE);
+    EXPECT_EQ(GetUserInfo(0), &g_UserInfo[0]);
+}
+
+TEST_F(Lifecycle, LongPasswordIsKeptAndSentCut)
+{
+    kxsim::SimCamera camera{{.password = std::string(30, 'p')}};
+    EXPECT_GE(login(camera, std::string(40, 'p').c_str()), 1000);
+}
+
+TEST_F(Lifecycle, IdsRiseAcrossShutdown)
+{
+    kxsim::SimCamera camera;
+    const long id = login(camera);
+    Kx_Sdk_Destroy();
+    EXPECT_EQ(login(camera), -1);
+    EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_NOT_INITIALISED);
+    EXPECT_EQ(Kx_Ipc_Logout(id), -1);
+    EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_NOT_INITIALISED);
+    Kx_Sdk_Init();
+    EXPECT_EQ(Kx_Ipc_Logout(id), -1);
+    EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_UNKNOWN_USER);
+    EXPECT_EQ(login(camera), id + 1);
+}
+
+TEST_F(Lifecycle, InitialisingAgainDropsSessions)
+{
+    kxsim::SimCamera camera;
+    const long id = login(camera);
+    EXPECT_EQ(Kx_Sdk_Init(), 0);
+    EXPECT_EQ(Kx_Ipc_Logout(id), -1);
+}
+
+TEST_F(Lifecycle, AnnouncesItselfOnStandardOutput)
+{
+    testing::internal::CaptureStdout();
+    Kx_Sdk_Destroy();
+    EXPECT_EQ(Kx_Sdk_Destroy(), 0);
+    Kx_Sdk_Init();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "========Kx_Ipc_Destroy========\n"
+                                                      "========Kx_Ipc_Destroy=====99999===\n"
+                                                      "========Kx_Ipc_Destroy========\n"
+                                                      "========Kx_Ipc_Destroy=====99999===\n"
+                                                      "========Kx_Ipc_Init========\n");
+}
+
+TEST_F(Lifecycle, IgnoresTheBrokenPipeSignal)
+{
+    std::signal(SIGPIPE, SIG_DFL);
+    Kx_Sdk_Init();
+    EXPECT_EQ(std::signal(SIGPIPE, SIG_IGN), SIG_IGN);
+}
+
+TEST_F(Lifecycle, LogoutAndShutdownEndWhatASessionPlays)
+{
+    kxsim::SimCamera camera;
+    for (const bool byLogout : {true, false}) {
+        const long id = login(camera);
+        UserInfo* session = GetUserInfo(id);
+        g_IpCameraManager->AddIpCamera(static_cast<int>(id));
+        session->livePlaying = 1;
+        session->player = new CRecordPlayer; // freed by the end of the session, or the sanitizer tells
+        if (byLogout) {
+            EXPECT_EQ(Kx_Ipc_Logout(id), 0);
+            EXPECT_EQ(g_IpCameraManager->GetIpCamera(static_cast<int>(id)), nullptr);
+        } else {
+            Kx_Sdk_Destroy();
+            EXPECT_EQ(g_IpCameraManager, nullptr);
+        }
+        EXPECT_EQ(session->livePlaying, 0);
+        EXPECT_EQ(session->player, nullptr);
+        EXPECT_EQ(session->nUserId, 0);
+    }
+}
+
+TEST_F(Lifecycle, ShutdownJoinsTheStreamWorker)
+{
+    g_timing = shortTiming();
+    m_pThreadOpenRtsp = static_cast<pthread_t*>(std::malloc(sizeof(pthread_t)));
+    ASSERT_EQ(pthread_create(m_pThreadOpenRtsp, nullptr, ThreadOpenRtsp, nullptr), 0);
+    Kx_Sdk_Destroy(); // returns only because it stops the worker first
+    EXPECT_EQ(m_pThreadOpenRtsp, nullptr);
+}

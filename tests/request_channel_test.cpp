@@ -1,0 +1,220 @@
+// The request on the wire, and what becomes of the reply.
+#include "SdkTest.h"
+
+#include <cstring>
+
+#include "Core/UserInfo.h"
+#include "NetManager/RequestChannel.h"
+
+using kxsim::Fault;
+using kxsim::httpReply;
+
+namespace
+{
+
+class RequestChannel : public SdkTest
+{
+protected:
+    RequestChannel()
+    {
+        std::strcpy(session.host, camera.host().c_str());
+        session.port = camera.port();
+        std::strcpy(session.user, "admin");
+        std::strcpy(session.password, "admin");
+    }
+
+    int request(const char* query, signed char admin = 0)
+    {
+        return DoRequest(&session, query, reply, sizeof reply, admin);
+    }
+
+    kxsim::SimCamera camera;
+    UserInfo session;
+    char reply[1024] = {};
+};
+
+} // namespace
+
+TEST_F(RequestChannel, SendsTheTemplateOfTheQuerysKind)
+{
+    const std::string rest = " HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(camera.port()) +
+                             "\r\nConnection: Keep-Alive\r\nAuthorization: Basic YWRtaW46YWRtaW4=\r\n\r\n";
+    const struct
+    {
+        const char* query;
+        signed char admin;
+        const char* target;
+    } cases[] = {
+        {"&paratest=ftpip", 0, "/vb.htm?language=ie&paratest=ftpip"},
+        {"page=video", 0, "/vb.htm?page=video"},
+        {"", 0, "/vb.htm?action=get.network.general&user=admin&pwd=admin&"},
+        {"action=get.sqa&format=inf", 1, "/cgi-bin/admin/admin.cgi?action=get.sqa&format=inf"},
+        {"&x=1", 3, "/cgi-bin/admin/admin.cgi?&x=1"},
+        {"", 2, "/cgi-bin/admin/admin.cgi?"},
+        {"&ftppath=a b  c", 0, "/vb.htm?language=ie&ftppath=a%20b%20%20c"},
+        {"&x=50%#\xC3\xA4%41", 0, "/vb.htm?language=ie&x=50%#\xC3\xA4%41"},
+    };
+    for (const auto& row : cases) {
+        camera.forgetRequests();
+        request(row.query, row.admin);
+        ASSERT_EQ(camera.requests().size(), 1U) << row.target;
+        EXPECT_EQ(camera.requests().front().text, std::string("GET ") + row.target + rest);
+    }
+}
+
+TEST_F(RequestChannel, SendsCredentialsWithAnEmptyPassword)
+{
+    session.password[0] = '\0';
+    EXPECT_EQ(request("&paratest=ftpip"), -1);
+    EXPECT_EQ(g_nLastError, KX_ERROR_UNAUTHORISED);
+    EXPECT_THAT(camera.requests().front().text, testing::HasSubstr("Authorization: Basic YWRtaW46\r\n"));
+}
+
+TEST_F(RequestChannel, EscapesTheWholeLoginPath)
+{
+    std::strcpy(session.user, "a b");
+    request("");
+    EXPECT_EQ(camera.requests().front().target, "/vb.htm?action=get.network.general&user=a%20b&pwd=admin&");
+}
+
+TEST_F(RequestChannel, MapsStatusTextsAnywhereInTheReply)
+{
+    const struct
+    {
+        std::string reply;
+        int result;
+        long error;
+    } cases[] = {
+        {httpReply("", "400 Bad Request"), -1, KX_ERROR_NETWORK},
+        {httpReply("", "401 Unauthorized"), -1, KX_ERROR_UNAUTHORISED},
+        {httpReply("", "404 Not Found"), -1, KX_ERROR_NOT_FOUND},
+        {httpReply("", "502 Bad Gateway"), -1, KX_ERROR_BAD_GATEWAY},
+        {httpReply("", "403 Forbidden"), 0, KX_ERROR_NONE},
+        {httpReply("", "500 Internal Server Error"), 0, KX_ERROR_NONE},
+        {httpReply("OK note=a page said 404 Not Found\n"), -1, KX_ERROR_NOT_FOUND},
+        {httpReply("502 Bad Gateway 404 Not Found 401 Unauthorized"), -1, KX_ERROR_UNAUTHORISED},
+        {std::string("OK\0 404 Not Found", 17), 0, KX_ERROR_NONE},
+    };
+    for (const auto& row : cases) {
+        g_nLastError = KX_ERROR_NONE;
+        camera.replaceReply("&x", row.reply);
+        EXPECT_EQ(request("&x"), row.result) << row.reply;
+        EXPECT_EQ(g_nLastError, row.error) << row.reply;
+    }
+}
+
+TEST_F(RequestChannel, FillsAllButTheLastByteOfTheReply)
+{
+    for (const std::size_t length : {1U, 98U, 99U, 100U, 101U, 5000U, 20000U}) {
+        std::string sent(length, 'r');
+        sent[length / 2] = '\0'; // copied like any other byte
+        char buffer[100];
+        std::memset(buffer, '#', sizeof buffer);
+        camera.replaceReply("&x", sent);
+        ASSERT_EQ(DoRequest(&session, "&x", buffer, sizeof buffer, 0), 0) << length;
+        std::string expected = sent.substr(0, 99);
+        expected.resize(99, '\0');
+        EXPECT_EQ(std::string(buffer, 99), expected) << length;
+        EXPECT_EQ(buffer[99], '#');
+    }
+}
+
+TEST_F(RequestChannel, EndsWithTheCodeOfEachFault)
+{
+    g_timing = shortTiming();
+    const struct
+    {
+        Fault fault;
+        int result;
+        long error;
+    } cases[] = {
+        {{.kind = Fault::Kind::Refuse}, -1, KX_ERROR_NETWORK},
+        {{.kind = Fault::Kind::Unreachable}, -1, KX_ERROR_NETWORK},
+        {{.kind = Fault::Kind::SilentBefore}, -1, KX_ERROR_NETWORK},
+        {{.kind = Fault::Kind::SilentAfter}, -1, KX_ERROR_NETWORK},
+        {{.kind = Fault::Kind::EmptyReply}, -1, KX_ERROR_NETWORK},
+        {{.kind = Fault::Kind::Slow}, 0, KX_ERROR_NONE},
+        {{.kind = Fault::Kind::CutShort}, 0, KX_ERROR_NONE},
+        {{.kind = Fault::Kind::Endless}, 0, KX_ERROR_NONE},
+        {{.kind = Fault::Kind::Garbage}, 0, KX_ERROR_NONE},
+        {{.kind = Fault::Kind::Status, .status = 502}, -1, KX_ERROR_BAD_GATEWAY},
+    };
+    for (const auto& row : cases) {
+        g_nLastError = KX_ERROR_NONE;
+        camera.setFault(row.fault);
+        EXPECT_EQ(request("&paratest=ftpip"), row.result) << static_cast<int>(row.fault.kind);
+        EXPECT_EQ(g_nLastError, row.error) << static_cast<int>(row.fault.kind);
+        camera.clearFault();
+        EXPECT_EQ(request("&paratest=ftpip"), 0);
+    }
+}
+
+TEST_F(RequestChannel, ReadsASlowReplyToItsEnd)
+{
+    char whole[sizeof reply];
+    ASSERT_EQ(request("&paratest=ftpip"), 0);
+    std::memcpy(whole, reply, sizeof reply);
+    camera.setFault({.kind = Fault::Kind::Slow, .bytes = 7, .pause = std::chrono::milliseconds(1)});
+    ASSERT_EQ(request("&paratest=ftpip"), 0);
+    EXPECT_STREQ(reply, whole);
+}
+
+TEST_F(RequestChannel, LeavesTheReplyAloneWhenNothingWasReceived)
+{
+    std::strcpy(reply, "before");
+    camera.setFault({.kind = Fault::Kind::Refuse});
+    EXPECT_EQ(request("&x"), -1);
+    EXPECT_STREQ(reply, "before");
+}
+
+TEST_F(RequestChannel, RefusesNullArgumentsWithoutACode)
+{
+    EXPECT_EQ(DoRequest(nullptr, "&x", reply, sizeof reply, 0), -1);
+    EXPECT_EQ(DoRequest(&session, nullptr, reply, sizeof reply, 0), -1);
+    EXPECT_EQ(DoRequest(&session, "&x", nullptr, sizeof reply, 0), -1);
+    EXPECT_EQ(DoRequest(&session, "&x", reply, 0, 0), -1);
+    EXPECT_EQ(g_nLastError, KX_ERROR_NONE);
+    EXPECT_EQ(camera.connections(), 0U);
+}
+
+TEST_F(RequestChannel, UsesTwoConnectionsARequest)
+{
+    request("&paratest=ftpip");
+    EXPECT_EQ(camera.connections(), 2U); // the probe's and the request's
+}
+
+TEST_F(RequestChannel, CutsAQueryThatIsTooLong)
+{
+    g_timing = shortTiming();
+    const std::string longest(20480, 'a');
+    EXPECT_EQ(request(longest.c_str(), 1), -1); // fills the request to its bound: no end of the head, no answer
+    EXPECT_EQ(g_nLastError, KX_ERROR_NETWORK);
+    request((longest + "a").c_str(), 1); // too long to be escaped: left out
+    EXPECT_EQ(camera.requests().back().target, "/cgi-bin/admin/admin.cgi?");
+}
+
+TEST_F(RequestChannel, ProbeCountsARefusalAsReachable)
+{
+    g_timing = shortTiming();
+    EXPECT_EQ(IsHostConnect("127.0.0.1", camera.port()), 1);
+    EXPECT_EQ(IsHostConnect("localhost", camera.port()), 1);
+    camera.setFault({.kind = Fault::Kind::Refuse});
+    EXPECT_EQ(IsHostConnect("127.0.0.1", camera.port()), 1);
+    EXPECT_EQ(IsHostConnect("::1", camera.port()), 0); // no IPv4 address
+    EXPECT_EQ(IsHostConnect("", 80), 0);
+    EXPECT_EQ(g_nLastError, KX_ERROR_NONE);
+}
+
+TEST_F(RequestChannel, ProbeSaysWhyItFailed)
+{
+    g_timing = shortTiming();
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(IsHostConnect(nullptr, 80), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "KxOutputDebugInfo: [KxLog]:Fun(IpcNet::IsHostConnect)->{sHost = NULL} \n");
+    camera.setFault({.kind = Fault::Kind::Unreachable});
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(IsHostConnect("127.0.0.1", camera.port()), 0);
+    EXPECT_THAT(testing::internal::GetCapturedStdout(),
+                testing::StartsWith("[KxLog]:Fun(IpcNet::IsHostConnect)->{select} | err="));
+}
