@@ -28,9 +28,11 @@ struct NamedCall
 
 inline const std::vector<NamedCall> cameraCalls = {
     {"GetNetwork", [](long id, Records* r) { return Kx_Ipc_GetNetwork(id, r ? &r->network : nullptr); }},
-    {"SetNetwork", [](long id, Records* r) { return Kx_Ipc_SetNetwork(id, r ? &r->network : nullptr); }, true, -1, true},
+    {"SetNetwork", [](long id, Records* r) { return Kx_Ipc_SetNetwork(id, r ? &r->network : nullptr); }, true,
+     -1, true},
     {"GetWifiInfo", [](long id, Records* r) { return Kx_Ipc_GetWifiInfo(id, r ? &r->wifi : nullptr); }},
-    {"SetWifiInfo", [](long id, Records* r) { return Kx_Ipc_SetWifiInfo(id, r ? &r->wifi : nullptr); }, true, -1, true},
+    {"SetWifiInfo", [](long id, Records* r) { return Kx_Ipc_SetWifiInfo(id, r ? &r->wifi : nullptr); }, true,
+     -1, true},
     {"GetDDNS", [](long id, Records* r) { return Kx_Ipc_GetDDNS(id, r ? &r->ddns : nullptr); }},
     {"SetDDNS", [](long id, Records* r) { return Kx_Ipc_SetDDNS(id, r ? &r->ddns : nullptr); }},
     {"GetSMTP", [](long id, Records* r) { return Kx_Ipc_GetSMTP(id, r ? &r->smtp : nullptr); }},
@@ -43,7 +45,9 @@ inline const std::vector<NamedCall> cameraCalls = {
     {"GetUpnpPortMapping",
      [](long id, Records* r) { return Kx_Ipc_GetUpnpPortMapping(id, r ? &r->upnp : nullptr); }},
     {"SetUpnpPortMapping",
-     [](long id, Records* r) { return Kx_Ipc_SetUpnpPortMapping(id, r ? &r->upnp : nullptr); }, true, -1, true},
+     [](long id, Records* r) { return Kx_Ipc_SetUpnpPortMapping(id, r ? &r->upnp : nullptr); }, true, -1,
+     true},
     {"GetPortInfo", [](long id, Records* r) { return Kx_Ipc_GetPortInfo(id, r ? &r->ports : nullptr); }},
-    {"SetPortInfo", [](long id, Records* r) { return Kx_Ipc_SetPortInfo(id, r ? &r->ports : nullptr); }, true, -1, true},
+    {"SetPortInfo", [](long id, Records* r) { return Kx_Ipc_SetPortInfo(id, r ? &r->ports : nullptr); }, true,
+     -1, true},
 };

@@ -70,6 +70,7 @@ inline std::vector<std::string> queries(const kxsim::SimCamera& camera)
     static const std::string path = "/vb.htm?language=ie";
     std::vector<std::string> found;
     for (const kxsim::Request& request : camera.requests())
-        found.push_back(request.target.starts_with(path) ? request.target.substr(path.size()) : request.target);
+        found.push_back(request.target.starts_with(path) ? request.target.substr(path.size())
+                                                         : request.target);
     return found;
 }

@@ -33,7 +33,8 @@ TEST_F(CameraCalls, CheckInitialisedThenRecordThenSession)
 
 TEST_F(CameraCalls, FailedOrEmptyRepliesLeaveTheRecordAlone)
 {
-    const std::string replies[] = {kxsim::httpReply("OK ftpip=1.2.3.4\n404 Not Found"), std::string("\0OK ftpip=1\n", 12)};
+    const std::string replies[] = {kxsim::httpReply("OK ftpip=1.2.3.4\n404 Not Found"),
+                                   std::string("\0OK ftpip=1\n", 12)};
     for (const std::string& reply : replies) {
         FtpInfo info{};
         std::strcpy(info.ftpip, "before");

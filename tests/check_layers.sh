@@ -12,7 +12,7 @@ may() {
     [ -z "$wrong" ] || { echo "$1 must not include:"; echo "$wrong"; failed=1; }
 }
 may src/Core 'Core/|KxIpcSDK/KxSdk\.h'
-may src/Log 'Log/|KxIpcSDK/KxLog\.h'
+may src/Log 'Log/|KxIpcSDK/KxSdkLog\.h'
 may src/inirw 'inirw/|Core/PrintText\.h'
 may src/ipcctl 'ipcctl/'
 may src/NetManager 'NetManager/|Core/|Log/|inirw/'

@@ -9,6 +9,8 @@
 #include <set>
 #include <thread>
 
+#include "Core/UserInfo.h"
+
 namespace
 {
 
@@ -85,7 +87,7 @@ TEST_F(Concurrency, SessionsComeAndGoBesideOneAnother)
             }
             EXPECT_EQ(ask(id), name(i));
             EXPECT_EQ(ask(999), "failed");
-            ask(0); // looks into slots that others are just filling
+            EXPECT_EQ(ask(0), "failed"); // looks into slots that others are just filling and clearing
             EXPECT_EQ(Kx_Ipc_Logout(id), 0);
         }
     });
@@ -102,4 +104,32 @@ TEST_F(Concurrency, LoginsToTheSameCameraDoNotDisturbItsCalls)
     for (int round = 0; round < 50; ++round)
         EXPECT_EQ(login(*cameras[0]), id);
     stop = true;
+}
+
+TEST_F(Concurrency, CopiesOfASessionAreNeverMixed)
+{
+    const std::string letters[] = {std::string(30, 'a'), std::string(30, 'b')};
+    std::atomic<bool> stop{false};
+    std::jthread logins([&] {
+        UserInfo copy;
+        for (int i = 0; i < 20000; ++i) {
+            const char* text = letters[i % 2].c_str();
+            takeSession("", "10.0.0.1", 80, text, text, copy);
+            if (i % 3 == 0)
+                clearSession(*beginClosing(copy.nUserId));
+        }
+        stop = true;
+    });
+    const auto expectWhole = [](const UserInfo& copy) {
+        EXPECT_STREQ(copy.user, copy.password);
+        EXPECT_EQ(std::string(copy.user).find_first_not_of(copy.user[0]), std::string::npos);
+    };
+    while (!stop) {
+        UserInfo copy;
+        if (copySession(g_nUserId - 1, copy))
+            expectWhole(copy);
+        if (copySession(0, copy)) {
+            EXPECT_STREQ(copy.host, "");
+        }
+    }
 }

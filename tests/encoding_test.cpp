@@ -13,9 +13,14 @@ TEST(Base64, EncodesWithPadding)
     {
         std::string plain;
         const char* encoded;
-    } cases[] = {{"", ""},         {"f", "Zg=="},         {"fo", "Zm8="},
-                 {"foo", "Zm9v"},  {"foobar", "Zm9vYmFy"}, {"admin:", "YWRtaW46"},
-                 {"\xFF\xFE\xFD", "//79"}, {std::string("\0\0", 2), "AAA="}};
+    } cases[] = {{"", ""},
+                 {"f", "Zg=="},
+                 {"fo", "Zm8="},
+                 {"foo", "Zm9v"},
+                 {"foobar", "Zm9vYmFy"},
+                 {"admin:", "YWRtaW46"},
+                 {"\xFF\xFE\xFD", "//79"},
+                 {std::string("\0\0", 2), "AAA="}};
     for (const auto& row : cases) {
         const std::unique_ptr<char, decltype(&std::free)> text(
             base64Encode(row.plain.data(), static_cast<unsigned>(row.plain.size())), std::free);
@@ -38,8 +43,11 @@ TEST(EncodeUrl, StaysInsideItsBuffer)
     {
         std::string source;
         std::size_t length;
-    } cases[] = {{std::string(20479, 'a'), 20479}, {std::string(20480, 'a'), 20479}, {std::string(20481, 'a'), 0},
-                 {std::string(20480, ' '), 20478}, {std::string(20477, 'a') + " ", 20477}};
+    } cases[] = {{std::string(20479, 'a'), 20479},
+                 {std::string(20480, 'a'), 20479},
+                 {std::string(20481, 'a'), 0},
+                 {std::string(20480, ' '), 20478},
+                 {std::string(20477, 'a') + " ", 20477}};
     for (const auto& row : cases) {
         std::string out(urlBufferSize + 1, '#');
         encodeURL(row.source.c_str(), out.data());

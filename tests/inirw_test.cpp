@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "Core/PrintText.h"
+#include "inirw/IniFile.h"
 #include "inirw/IniScanner.h"
 
 namespace
@@ -50,16 +51,22 @@ TEST(IniLines, AreSplitAndClassified)
         {"an empty line is blank", "a=1\n\nb=2", {"4a=1|", "2|", "4b=2|"}},
         {"an empty line of CR LF", "a=1\r\n\r\nb=2", {"4a=1|", "2|", "4b=2|"}},
         {"two line ends close the text", "a=1\n\n", {"4a=1|"}},
+        {"a line end takes one zero byte along", "a=1\n\0\0b=2"s, {"4a=1|", "2|", "4b=2|"}},
         {"a zero byte ends a line", "a=1\0b=2\n\0c=3\n\n\0d=4"s, {"4a=1|", "4b=2|", "4c=3|", "4d=4|"}},
         {"comment lines are blank", "; k=v\n  # k=v\n \t\n''\n", {"2|; k=v", "2|  # k=v", "2|", "2|"}},
         {"the blanks belong to the comment", "k = v \t; note\n", {"4k = v| \t; note"}},
         {"a closing blank counts twice", "k=val ;note  \n", {"4k=v| ;note  "}},
         {"more blanks than content", "k=v;note     \n", {"1|;note     "}},
+        {"a comment begins but once", "k=v ;a ;b\n", {"4k=v| ;a ;b"}},
+        {"a further comment character counts no blanks off", "k=val ; ;  \n", {"1k| ; ;  "}},
+        {"nor does a quote", "k=\"a \"\n", {"4k=\"a |"}},
+        {"nor a quoted comment character", "k=\"a ;\" ;n\n", {"4k=\"a ;|\" ;n"}},
+        {"every blank counts", "k=v \t\v\f;n\n", {"4k=v| \t\v\f;n"}},
         {"quotes hide a comment", "k=\"a;b\"\nk='a#b'\n", {"4k=\"a;b\"|", "4k='a#b'|"}},
         {"a quote inside the other kind", "k=\"it's;\" ;n\n", {"4k=\"it's;\"| ;n"}},
         {"an open quote lasts one line", "k=\"a;b\nk=a;b\n", {"4k=\"a;b|", "4k=a|;b"}},
         {"a header keeps no trailing comment", " [ S ]  ; x=y\n", {"3[ S ]|  ; x=y"}},
-        {"an open bracket is no header", "[S\n[S=1\n", {"1[S|", "4[S=1|"}},
+        {"a bracket alone is no header", "[S\n[S=1\na=[1]\n", {"1[S|", "4[S=1|", "4a=[1]|"}},
         {"high bytes are text", "\xa0=\xff\n", {"4\xa0=\xff|"}},
     };
     for (const Row& row : rows)
@@ -94,6 +101,8 @@ TEST(PrintTextAsFormat, HalvesDoublePercentAndKeepsTheRest)
     EXPECT_STREQ(out, "%%");
     EXPECT_EQ(printTextAsFormat(out, 0, "x"), 0U);
     EXPECT_STREQ(out, "%%");
+    EXPECT_EQ(printTextAsFormat(out, sizeof out, nullptr), 0U);
+    EXPECT_STREQ(out, "");
 }
 
 TEST(IniLookup, FindsTheValueOfTheFirstMatchingLine)
@@ -115,6 +124,9 @@ TEST(IniLookup, FindsTheValueOfTheFirstMatchingLine)
         {"[s]\na=1\n[ S\t]\nA=2\na=3\n", "S", "a", 1, "3"},    // exact names, blanks in the brackets
         {"[S]\na=1\n", nullptr, "a", 0, "default"},
         {"[]\na=1\n", "", "a", 1, "1"},
+        {"[]\na=1\n", nullptr, "a", 0, "default"}, // no name is a header's name, too
+        {"b=1\ra=2\r[S]\rb=3\ra=4\r", nullptr, "a", 1, "2"},
+        {"b=1\ra=2\r[S]\rb=3\ra=4\r", "S", "a", 1, "4"},
         {"xa=1\nax=2\nb=a\na;=3\n a\t=\t4 5\n", nullptr, "a", 1, "4 5"}, // the key alone, not part of another
         {"a=x=y\r\n", nullptr, "a", 1, "x=y"},
         {"a[0]=1\n[a=2\na=3\n", nullptr, "a", 1, "3"}, // brackets that make no header
@@ -139,8 +151,9 @@ TEST(IniLookup, CutsValueAndDefaultToTheBuffer)
     EXPECT_EQ(std::string(out, 8), "abc\0????"s);
     EXPECT_EQ(iniGetValueFromStr("k=abcdef", nullptr, "x", out, 3, "default"), 0);
     EXPECT_EQ(std::string(out, 8), "de\0\0????"s);
-    EXPECT_EQ(iniGetStringFromStr("k=abcdef", nullptr, "k", out, 0, "default"), 1);
-    EXPECT_STREQ(out, "de");
+    char quoted[] = "\"x\"";
+    EXPECT_EQ(iniGetStringFromStr("k=abcdef", nullptr, "k", quoted, 0, "default"), 1);
+    EXPECT_STREQ(quoted, "\"x\"");
 }
 
 TEST(IniLookup, NullArgumentsDoNoHarm)
@@ -157,7 +170,8 @@ TEST(IniLookup, NullArgumentsDoNoHarm)
     EXPECT_EQ(iniGetIntFromStr(nullptr, nullptr, nullptr, 5), 5);
     EXPECT_EQ(GetLine(nullptr, 9, nullptr, nullptr, nullptr, nullptr), 2);
     StrStrip(nullptr);
-    EXPECT_EQ(iniFileLoad(nullptr) + iniStrLoad(nullptr) + iniSetString(nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(iniFileLoad(nullptr), 0);
+    EXPECT_EQ(iniStrLoad(nullptr), 0);
 }
 
 TEST(IniStrings, LoseTheQuotesAroundThem)
@@ -186,11 +200,13 @@ TEST(IniStrings, LoseTheQuotesAroundThem)
 
 TEST(IniNumbers, AreReadInTheirBase)
 {
-    const char* text = "hex=0x1F\noct=010\nneg=-2\nwide=0x1FFFFFFFF\nword=on\nquoted=\"5\"\nempty=\n"
-                       "big=9223372036854775807\nhuge=99999999999999999999\nreal=-1.5e3\n";
+    const char* text =
+        "hex=0x1F\noct=010\nneg=-2\nwide=0x1FFFFFFFF\nword=on\nquoted=\"5\"\nempty=\n"
+        "big=9223372036854775807\nhuge=99999999999999999999\nlow=-99999999999999999999\nreal=-1.5e3\n";
     EXPECT_EQ(iniGetIntFromStr(text, nullptr, "hex", 0), 31);
     EXPECT_EQ(iniGetIntFromStr(text, nullptr, "oct", 0), 8);
     EXPECT_EQ(iniGetIntFromStr(text, nullptr, "wide", 0), -1);
+    EXPECT_EQ(iniGetIntFromStr(text, nullptr, "low", 9), 0); // the least long, cut
     EXPECT_EQ(iniGetIntFromStr(text, nullptr, "word", 9), 0);
     EXPECT_EQ(iniGetIntFromStr(text, nullptr, "quoted", 9), 0);
     EXPECT_EQ(iniGetIntFromStr(text, nullptr, "empty", 9), 9);
@@ -198,7 +214,9 @@ TEST(IniNumbers, AreReadInTheirBase)
     EXPECT_EQ(iniGetUlongFromStr(text, nullptr, "none", 9), 9U);
     EXPECT_EQ(iniGetLonglongFromStr(text, nullptr, "big", 0), 9223372036854775807LL);
     EXPECT_EQ(iniGetLonglongFromStr(text, nullptr, "huge", 0), 9223372036854775807LL);
-    EXPECT_EQ(iniGetLonglongFromStr(text, nullptr, "hex", 9), 0); // decimal only
+    EXPECT_EQ(iniGetLonglongFromStr(text, nullptr, "hex", 9), 0);    // decimal only
+    const std::string tooLong = "k=" + std::string(61, '0') + "178"; // only 63 characters are read
+    EXPECT_EQ(iniGetLonglongFromStr(tooLong.c_str(), nullptr, "k", 0), 17);
     EXPECT_EQ(iniGetUlonglongFromStr(text, nullptr, "neg", 0), ~1ULL);
     EXPECT_EQ(iniGetUlonglongFromStr(text, nullptr, "none", ~0ULL), ~0ULL);
     EXPECT_EQ(iniGetDoubleFromStr(text, nullptr, "real", 0), -1500.0);
@@ -235,7 +253,7 @@ protected:
 
 TEST_F(IniFile, AnswersTheGettersUntilItIsFreed)
 {
-    ASSERT_EQ(load("n = 0x10\n[S]\ns = 'x y'\nd = 0.5"), 1);
+    ASSERT_EQ(load("a=1\0n = 0x10\0[S]\0a=1\0s = 'x y'\nd = 0.5"s), 1); // zero bytes end lines, too
     char out[16];
     EXPECT_EQ(iniGetInt(nullptr, "n", 0), 16);
     EXPECT_EQ(iniGetUlong(nullptr, "n", 0), 16U);
@@ -248,12 +266,35 @@ TEST_F(IniFile, AnswersTheGettersUntilItIsFreed)
     EXPECT_EQ(iniSetString("S", "s", "v"), 0);
 }
 
+TEST_F(IniFile, NullKeyIsNeitherFoundNorSet)
+{
+    ASSERT_EQ(load("=1\n"), 1);
+    EXPECT_EQ(iniGetInt(nullptr, nullptr, 9), 9);
+    EXPECT_EQ(iniSetString(nullptr, nullptr, "2"), 0);
+    EXPECT_EQ(iniSetString("S", nullptr, "2"), 0);
+    EXPECT_EQ(content(), "=1\n");
+}
+
+TEST_F(IniFile, PathOfMoreThan255CharactersIsNotTaken)
+{
+    ASSERT_EQ(load("n=1"), 1);
+    std::string path = path_;
+    path.insert(path.rfind('/'), 255 - path.size(), '/'); // the same file
+    EXPECT_EQ(iniFileLoad(path.c_str()), 1);
+    EXPECT_EQ(iniGetInt(nullptr, "n", 9), 1);
+    EXPECT_EQ(iniFileLoad(("/" + path).c_str()), 0);
+    EXPECT_EQ(iniGetInt(nullptr, "n", 9), 9); // the old one is forgotten
+    // Its path is not: it is the one a text loaded later is written to.
+    ASSERT_EQ(iniStrLoad("n=2\n;"), 1);
+    EXPECT_EQ(iniSetString(nullptr, "n", "3"), 1);
+    EXPECT_EQ(content(), "n = 3\n"s + '\0');
+}
+
 TEST_F(IniFile, LoadFailsWithoutAFileAndForgetsTheOldOne)
 {
     ASSERT_EQ(load("n=1"), 1);
-    EXPECT_EQ(iniFileLoad(std::string(256, 'x').c_str()), 0);
-    EXPECT_EQ(iniGetInt(nullptr, "n", 9), 9);
     EXPECT_EQ(iniFileLoad((path_ + ".none").c_str()), 0);
+    EXPECT_EQ(iniGetInt(nullptr, "n", 9), 9);
     ASSERT_EQ(load(""), 1);
     EXPECT_EQ(iniSetString("S", "k", "v"), 1); // an empty file counts as loaded
 }
@@ -268,6 +309,11 @@ TEST_F(IniFile, LoadedTextLosesItsLastCharacterAndDoubledPercents)
     EXPECT_EQ(iniStrLoad("n=123"), 1);
     EXPECT_EQ(iniGetInt(nullptr, "n", 0), 12);
     EXPECT_EQ(iniStrLoad(""), 1);
+    // Every byte left over is zero, also where another text stood before.
+    ASSERT_EQ(iniStrLoad(std::string(64, 'x').c_str()), 1);
+    ASSERT_EQ(iniStrLoad(("n=1" + std::string(60, '%') + ";").c_str()), 1);
+    EXPECT_EQ(std::string(gBuffer.get(), static_cast<std::size_t>(gBuflen)),
+              "n=1" + std::string(30, '%') + ";" + std::string(30, '\0'));
 }
 
 TEST_F(IniFile, IsEditedInPlace)
@@ -275,11 +321,11 @@ TEST_F(IniFile, IsEditedInPlace)
     struct Row
     {
         const char* what;
-        const char* before;
+        std::string before;
         const char* section;
         const char* value; // of the key "k"
         int done;
-        const char* after;
+        std::string after;
     };
     const Row rows[] = {
         {"replaced, comment and line end kept", "[S]\r\nk=1 ; n\r\nx=2", "S", "3", 1,
@@ -290,6 +336,8 @@ TEST_F(IniFile, IsEditedInPlace)
         {"added after the last key", "[S]\na=1\n;c\n\n[T]\n", "S", "3", 1, "[S]\na=1\nk = 3\n;c\n\n[T]\n"},
         {"added to an empty section", "[S]\n[T]\nk=1\n", "S", "3", 1, "[S]\nk = 3\n[T]\nk=1\n"},
         {"added where the last line is open", "[S]\na=1", "S", "3", 1, "[S]\na=1\nk = 3\n"},
+        {"added behind CR", "[S]\ra=1\r", "S", "3", 1, "[S]\ra=1\rk = 3\n"},
+        {"added behind a zero byte", "[S]\na=1\0"s, "S", "3", 1, "[S]\na=1\0k = 3\n"s},
         {"added before the first header", ";c\na=1\n[T]\nk=1\n", nullptr, "3", 1,
          ";c\na=1\nk = 3\n[T]\nk=1\n"},
         {"new section", "a=1\n", "S", "3", 1, "a=1\n\n[S]\nk = 3\n"},
@@ -316,7 +364,9 @@ TEST_F(IniFile, NumbersAreWrittenInTheirBase)
     iniSetInt("S", "o", 8, 8);
     iniSetInt("S", "d", -5, 10);
     EXPECT_EQ(content(), "[S]\nh = 0x1f\no = 010\nd = -5\n");
-    EXPECT_EQ(iniGetInt("S", "h", 0) + iniGetInt("S", "o", 0) + iniGetInt("S", "d", 0), 31 + 8 - 5);
+    EXPECT_EQ(iniGetInt("S", "h", 0), 31);
+    EXPECT_EQ(iniGetInt("S", "o", 0), 8);
+    EXPECT_EQ(iniGetInt("S", "d", 0), -5);
 }
 
 TEST_F(IniFile, IsNotEditedWhereItCannotBeWritten)
@@ -327,6 +377,8 @@ TEST_F(IniFile, IsNotEditedWhereItCannotBeWritten)
     EXPECT_EQ(iniSetString(nullptr, "k", "2"), 0);
     EXPECT_EQ(iniSetString("S", "k", "2"), 0);
     EXPECT_EQ(iniGetInt(nullptr, "k", 0), 1); // what was loaded is still there
+    ASSERT_EQ(iniFileLoad("/dev/full"), 1);
+    EXPECT_EQ(iniSetString("S", "k", "2"), 0); // opened, but the disk is full
 }
 
 } // namespace

@@ -3,10 +3,12 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <thread>
 
 #include "Core/SdkState.h"
 #include "Core/UserInfo.h"
 #include "KxIpcSDK/Lifecycle.h"
+#include "KxIpcSDK/media/MediaSession.h"
 #include "ipcctl/ipcctl.h"
 
 using kxsim::Fault;
@@ -18,8 +20,9 @@ TEST_F(Lifecycle, LoginAnnouncesItselfAndProvesTheCredentials)
 {
     kxsim::SimCamera camera;
     ASSERT_GE(login(camera), 1000);
-    EXPECT_THAT(queries(camera),
-                testing::ElementsAre("&loginlog", "/vb.htm?action=get.network.general&user=admin&pwd=admin&"));
+    EXPECT_THAT(
+        queries(camera),
+        testing::ElementsAre("&loginlog", "/vb.htm?action=get.network.general&user=admin&pwd=admin&"));
 }
 
 TEST_F(Lifecycle, LoginTellsWhyItFailed)
@@ -38,6 +41,7 @@ TEST_F(Lifecycle, LoginTellsWhyItFailed)
     };
     kxsim::SimCamera camera;
     for (const auto& row : cases) {
+        g_nLastError = KX_ERROR_NONE;
         camera.replaceReply("get.network.general", row.reply);
         EXPECT_EQ(login(camera), -1) << row.reply;
         EXPECT_EQ(Kx_Sdk_GetLastError(), row.error) << row.reply;
@@ -48,8 +52,10 @@ TEST_F(Lifecycle, LoginTellsWhyItFailed)
 TEST_F(Lifecycle, LoginKeepsTheChannelsCodeWhenNothingCameBack)
 {
     kxsim::SimCamera camera;
-    camera.replaceReply("loginlog", httpReply("", "400 Bad Request")); // must not be taken for the login's reply
-    camera.setFault({.kind = Fault::Kind::EmptyReply, .onlyFor = "get.network.general"});
+    g_timing.firstReply = std::chrono::milliseconds(100);
+    // The announcement's reply must not be taken for the login's, which does not come.
+    camera.replaceReply("loginlog", httpReply("", "400 Bad Request"));
+    camera.setFault({.kind = Fault::Kind::SilentAfter, .onlyFor = "get.network.general"});
     EXPECT_EQ(login(camera), -1);
     EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_NETWORK);
 }
@@ -165,11 +171,60 @@ TEST_F(Lifecycle, LogoutAndShutdownEndWhatASessionPlays)
     }
 }
 
-TEST_F(Lifecycle, ShutdownJoinsTheStreamWorker)
+TEST_F(Lifecycle, StoppingLiveViewClearsItsFieldsAndKeepsTheSession)
+{
+    kxsim::SimCamera camera;
+    const long id = login(camera);
+    UserInfo* session = GetUserInfo(id);
+    session->livePlaying = 1;
+    session->liveWord = 1;
+    session->liveDataUser = session;
+    stopLiveView(*session, id);
+    EXPECT_EQ(session->livePlaying, 0);
+    EXPECT_EQ(session->liveWord, 0U);
+    EXPECT_EQ(session->liveDataUser, nullptr);
+    EXPECT_EQ(session->nUserId, id);
+}
+
+namespace
+{
+
+std::atomic<int> workersEnded;
+
+void* searchWorker(void*)
+{
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    ++workersEnded;
+    return nullptr;
+}
+
+void* streamWorker(void*)
+{
+    ThreadOpenRtsp(nullptr);
+    return searchWorker(nullptr);
+}
+
+pthread_t* start(void* (*worker)(void*))
+{
+    auto* thread = static_cast<pthread_t*>(std::malloc(sizeof(pthread_t)));
+    EXPECT_EQ(pthread_create(thread, nullptr, worker, nullptr), 0);
+    return thread;
+}
+
+} // namespace
+
+TEST_F(Lifecycle, ShutdownWaitsForItsWorkers)
 {
     g_timing = shortTiming();
-    m_pThreadOpenRtsp = static_cast<pthread_t*>(std::malloc(sizeof(pthread_t)));
-    ASSERT_EQ(pthread_create(m_pThreadOpenRtsp, nullptr, ThreadOpenRtsp, nullptr), 0);
-    Kx_Sdk_Destroy(); // returns only because it stops the worker first
+    workersEnded = 0;
+    m_pThreadSearch = start(searchWorker);
+    m_pThreadOpenRtsp = start(streamWorker);
+    m_fSearchCallBack = [](SearchDeviceInfo*, void*) {};
+    m_pSearchUser = this;
+    Kx_Sdk_Destroy(); // the stream worker ends only because it is told to
+    EXPECT_EQ(workersEnded, 2);
+    EXPECT_EQ(m_pThreadSearch, nullptr);
     EXPECT_EQ(m_pThreadOpenRtsp, nullptr);
+    EXPECT_EQ(m_fSearchCallBack, nullptr);
+    EXPECT_EQ(m_pSearchUser, nullptr);
 }

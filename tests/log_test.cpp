@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <KxIpcSDK/KxLog.h>
+#include <KxIpcSDK/KxSdkLog.h>
 
 #include "Log/KxLog.h"
 

@@ -99,8 +99,8 @@ TEST_F(NetworkSettings, FtpTravelsThereAndBack)
 TEST_F(NetworkSettings, TextsAreCutToTheirFields)
 {
     const std::string text(300, 'x');
-    const FtpInfo ftp = read(Kx_Ipc_GetFTP, "OK ftpip=" + text + "\nOK ftpuser=" + text + "\nOK ftppassword=" + text +
-                                                "\nOK ftppath=\n");
+    const FtpInfo ftp = read(Kx_Ipc_GetFTP, "OK ftpip=" + text + "\nOK ftpuser=" + text +
+                                                "\nOK ftppassword=" + text + "\nOK ftppath=\n");
     EXPECT_EQ(ftp.ftpip, std::string(63, 'x'));
     EXPECT_EQ(ftp.ftpuser, std::string(191, 'x'));
     EXPECT_EQ(ftp.ftppassword, std::string(31, 'x'));
@@ -119,8 +119,9 @@ TEST_F(NetworkSettings, AbsentKeysKeepTheCallersValues)
     EXPECT_STREQ(ftp.ftpip, "kept");
     EXPECT_EQ(ftp.ftpipport, 7);
     EXPECT_STREQ(ftp.ftpuser, "u");
-    const PortInfo ports = read(Kx_Ipc_GetPortInfo, "OK httpport=81\nOK onvifport=\nOK mainrtspport=x\nOK subrtspport=9\n",
-                                {1, 2, 3, 4});
+    const PortInfo ports =
+        read(Kx_Ipc_GetPortInfo, "OK httpport=81\nOK onvifport=\nOK mainrtspport=x\nOK subrtspport=9\n",
+             {1, 2, 3, 4});
     EXPECT_EQ(ports.httpport, 81);
     EXPECT_EQ(ports.onvifport, 0);
     EXPECT_EQ(ports.mainrtspport, 0);
@@ -133,20 +134,50 @@ TEST_F(NetworkSettings, AddressesLoseLeadingZeros)
     {
         const char* sent;
         const char* kept;
-    } cases[] = {{"010.001.001.009", "10.1.1.9"}, {"192.168.1.10\r", "192.168.1.10"}, {"fe80::1", "fe80::1"},
-                 {"1.2.3", "1.2.3"},             {"", ""},                          {"1.2.3.x", "1.2.3.x"}};
+    } cases[] = {{"010.001.001.009", "10.1.1.9"},
+                 {"192.168.1.10\r", "192.168.1.10"},
+                 {"fe80::1", "fe80::1"},
+                 {"1.2.3", "1.2.3"},
+                 {"", ""},
+                 {"1.2.3.x", "1.2.3.x"}};
     for (const auto& row : cases) {
         const std::string value = std::string(row.sent) + "\n";
         const NetworkInfo info =
-            read(Kx_Ipc_GetNetwork, "OK dhcpenable=1\nOK netip=" + value + "OK netmask=" + value + "OK gateway=" + value +
-                                        "OK dnsip=" + value + "OK macaddress=00:11\nOK httpport=80\n");
+            read(Kx_Ipc_GetNetwork, "OK dhcpenable=1\nOK netip=" + value + "OK netmask=" + value +
+                                        "OK gateway=" + value + "OK dnsip=" + value +
+                                        "OK macaddress=00:11\nOK httpport=80\n");
         EXPECT_STREQ(info.netip, row.kept);
         EXPECT_STREQ(info.netmask, row.kept);
         EXPECT_STREQ(info.gateway, row.kept);
         EXPECT_STREQ(info.dnsip, row.kept);
-        EXPECT_EQ(info.dhcpenable, 1);
-        EXPECT_STREQ(info.macaddress, "00:11");
-        EXPECT_EQ(info.httpport, 80);
+    }
+}
+
+TEST_F(NetworkSettings, NetworkReadsEveryKey)
+{
+    const NetworkInfo info =
+        read(Kx_Ipc_GetNetwork, "OK dhcpenable=1\nOK netip=1.1.1.1\nOK netmask=2.2.2.2\nOK gateway=3.3.3.3\n"
+                                "OK dnsip=4.4.4.4\nOK macaddress=00:11\nOK httpport=80\n");
+    EXPECT_EQ(info.dhcpenable, 1);
+    EXPECT_STREQ(info.netip, "1.1.1.1");
+    EXPECT_STREQ(info.netmask, "2.2.2.2");
+    EXPECT_STREQ(info.gateway, "3.3.3.3");
+    EXPECT_STREQ(info.dnsip, "4.4.4.4");
+    EXPECT_STREQ(info.macaddress, "00:11");
+    EXPECT_EQ(info.httpport, 80);
+}
+
+TEST_F(NetworkSettings, RepliesAreReadUpToTheirBound)
+{
+    const std::string head = httpReply("");
+    const auto padded = [&](std::size_t size, const std::string& line) {
+        return head + std::string(size - head.size() - line.size(), ' ') + line;
+    };
+    for (const std::size_t length : {511U, 512U, 513U}) {
+        PortInfo ports{};
+        ti.replaceReply("httpport", padded(length, "OK httpport=8080"));
+        EXPECT_EQ(Kx_Ipc_GetPortInfo(tiId, &ports), 0);
+        EXPECT_EQ(ports.httpport, length == 511 ? 8080 : length == 512 ? 808 : 80);
     }
 }
 
@@ -159,8 +190,11 @@ TEST_F(NetworkSettings, WritingTheNetworkEndsTheSessionWhenTheCameraMoves)
         const char* netip;
         int result;
         bool ended;
-    } cases[] = {{true, 0, "10.9.9.9", -1, false}, {true, 1, "127.0.0.1", 0, true}, {false, 2, "127.0.0.1", 0, true},
-                 {false, 0, "127.0.0.1", 0, false}, {false, 0, "10.9.9.9", 0, true}};
+    } cases[] = {{true, 0, "127.0.0.10", -1, false},
+                 {true, 1, "127.0.0.1", 0, true},
+                 {false, 2, "127.0.0.1", 0, true},
+                 {false, 0, "127.0.0.1", 0, false},
+                 {false, 0, "127.0.0.10", 0, true}};
     for (const auto& row : cases) {
         const long id = login(ti);
         ti.forgetRequests();
@@ -180,7 +214,7 @@ TEST_F(NetworkSettings, WritingTheNetworkEndsTheSessionWhenTheCameraMoves)
         EXPECT_EQ(Kx_Ipc_GetFTP(id, &ftp), row.ended ? -1 : 0);
         if (row.ended) {
             EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_UNKNOWN_USER);
-            EXPECT_NE(login(page), id); // the whole slot was cleared: nobody inherits the id
+            EXPECT_GE(login(ti), 1000); // the slot was cleared as a whole and can be had again
         }
     }
 }
@@ -207,7 +241,8 @@ TEST_F(NetworkSettings, WifiSendsWhatItsModesNeed)
     put(wifi.wifigway, "10.0.0.1");
     put(wifi.wifidns, "10.0.0.2");
     const std::string wep = "&wepauthtype=1&wepkeylength=2&wepkeyformat=3&wepkeyindex=";
-    const std::string address = "&wifidhcp=0&wifinip=10.0.0.5&wifinmask=255.0.0.0&wifigway=10.0.0.1&wifidns=10.0.0.2";
+    const std::string address =
+        "&wifidhcp=0&wifinip=10.0.0.5&wifinmask=255.0.0.0&wifigway=10.0.0.1&wifidns=10.0.0.2";
     const struct
     {
         std::uint8_t encrypt, keyIndex, wps;
@@ -222,8 +257,10 @@ TEST_F(NetworkSettings, WifiSendsWhatItsModesNeed)
         {1, 3, 0, 0, 1, wep + "3&wepkey4=k4&wpsenable=0&wifidhcp=1"},
         {1, 7, 0, 0, 1, wep + "7&wpsenable=0&wifidhcp=1"},
         {2, 0, 1, 1, 1, "&wpapairwise=5&wpakey=phrase&wpsenable=1&wpsconntype=1&wifidhcp=1"},
+        {3, 0, 0, 0, 1, "&wpapairwise=5&wpakey=phrase&wpsenable=0&wifidhcp=1"},
         {4, 0, 1, 2, 0,
-         "&wpapairwise=5&wpakey=phrase&wpsenable=1&wpsconntype=2&wpsroutessid=router&wpsroutepin=1234" + address},
+         "&wpapairwise=5&wpakey=phrase&wpsenable=1&wpsconntype=2&wpsroutessid=router&wpsroutepin=1234" +
+             address},
         {5, 2, 0, 0, 0, "&wpsenable=0" + address},
     };
     for (const auto& row : cases) {
@@ -234,8 +271,8 @@ TEST_F(NetworkSettings, WifiSendsWhatItsModesNeed)
         wifi.wpsconntype = row.wpsType;
         wifi.wifidhcp = row.dhcp;
         EXPECT_EQ(Kx_Ipc_SetWifiInfo(tiId, &wifi), 0);
-        EXPECT_THAT(queries(ti),
-                    ElementsAre("&newwifissid=home&wifimode=3&wifiencrypt=" + std::to_string(row.encrypt) + row.pieces));
+        EXPECT_THAT(queries(ti), ElementsAre("&newwifissid=home&wifimode=3&wifiencrypt=" +
+                                             std::to_string(row.encrypt) + row.pieces));
     }
     WifiInfo got{};
     EXPECT_EQ(Kx_Ipc_GetWifiInfo(tiId, &got), 0);
@@ -249,13 +286,15 @@ TEST_F(NetworkSettings, WifiSendsWhatItsModesNeed)
 
 TEST_F(NetworkSettings, WifiReadsEveryKey)
 {
-    const WifiInfo wifi = read(
-        Kx_Ipc_GetWifiInfo, "OK wifissid=s\nOK wifimode=1\nOK wifiencrypt=2\nOK wepauthtype=3\nOK wepkeylength=4\n"
-                            "OK wepkeyformat=5\nOK wepkeyindex=6\nOK wepkey1=a\nOK wepkey2=b\nOK wepkey3=c\n"
-                            "OK wepkey4=d\nOK wpapairwise=7\nOK wpakey=e\nOK wpsenable=8\nOK wpspincode=f\n"
-                            "OK wpsconntype=900\nOK wpsroutessid=g\nOK wpsroutepin=h\nOK wifidhcp=10\n"
-                            "OK wifinip=i\nOK wifinmask=j\nOK wifigway=k\nOK wifidns=l\n");
-    const WifiInfo expected{"s", 1, 2, 3, 4, 5, 6, "a", "b", "c", "d", 7, "e", 8, "f", 900, "g", "h", 10, "i", "j", "k", "l"};
+    const WifiInfo wifi =
+        read(Kx_Ipc_GetWifiInfo,
+             "OK wifissid=s\nOK wifimode=1\nOK wifiencrypt=2\nOK wepauthtype=3\nOK wepkeylength=4\n"
+             "OK wepkeyformat=5\nOK wepkeyindex=6\nOK wepkey1=a\nOK wepkey2=b\nOK wepkey3=c\n"
+             "OK wepkey4=d\nOK wpapairwise=7\nOK wpakey=e\nOK wpsenable=8\nOK wpspincode=f\n"
+             "OK wpsconntype=900\nOK wpsroutessid=g\nOK wpsroutepin=h\nOK wifidhcp=10\n"
+             "OK wifinip=i\nOK wifinmask=j\nOK wifigway=k\nOK wifidns=l\n");
+    const WifiInfo expected{"s", 1, 2,   3,   4,   5,   6,  "a", "b", "c", "d", 7,
+                            "e", 8, "f", 900, "g", "h", 10, "i", "j", "k", "l"};
     constexpr std::size_t used = offsetof(WifiInfo, wifidns) + sizeof wifi.wifidns; // no padding before that
     EXPECT_EQ(std::memcmp(&wifi, &expected, used), 0);
 }
@@ -267,9 +306,12 @@ TEST_F(NetworkSettings, DdnsShowsAPagesProviderByItsWebHost)
         const char* model;
         const char* kept;
         const char* shown;
-    } cases[] = {{"KX-C1B", "no-ip.com", "www.no-ip.com"},        {"KX-C1A", "xno-ipx", "www.no-ip.com"},
-                 {"KX-C1C", "zoneedit.com", "www.zoneedit.com"},  {"KX-C1T", "no-ip.com", "no-ip.com"},
-                 {"KX-C1B", "planet", "planet"},                  {"KX-C1B", "custom_server", "custom_server"},
+    } cases[] = {{"KX-C1B", "no-ip.com", "www.no-ip.com"},
+                 {"KX-C1A", "xno-ipx", "www.no-ip.com"},
+                 {"KX-C1C", "zoneedit.com", "www.zoneedit.com"},
+                 {"KX-C1T", "no-ip.com", "no-ip.com"},
+                 {"KX-C1B", "planet", "planet"},
+                 {"KX-C1B", "custom_server", "custom_server"},
                  {"KX-C1B\r", "no-ip.com", "no-ip.com"}};
     for (const auto& row : cases) {
         const DdnsInfo info = read(Kx_Ipc_GetDDNS, std::string("OK productmodel=") + row.model +
@@ -279,14 +321,16 @@ TEST_F(NetworkSettings, DdnsShowsAPagesProviderByItsWebHost)
     DdnsInfo before{};
     put(before.ddnsdomain, "no-ip");
     EXPECT_STREQ(read(Kx_Ipc_GetDDNS, "OK productmodel=KX-C1B\n", before).ddnsdomain, "no-ip");
+    EXPECT_STREQ(read(Kx_Ipc_GetDDNS, "OK ddnsdomain=no-ip.com\n").ddnsdomain, "no-ip.com"); // no model: TI
 }
 
 TEST_F(NetworkSettings, DdnsReadsEveryKey)
 {
     const DdnsInfo info =
-        read(Kx_Ipc_GetDDNS, "OK ddnsenable=1\nOK ddnsusername=u\nOK ddnspassword=p\nOK ddnsdomain=d\nOK ddnshost=h\n"
-                             "OK ddnshash=x\nOK ddnsurl=l\nOK planeteasymode=2\nOK macaddress=m\nOK ddnshttpport=3\n"
-                             "OK ddnsrtspport=4\nOK ddnsplaybackport=5\nOK planetenable=1\n");
+        read(Kx_Ipc_GetDDNS,
+             "OK ddnsenable=1\nOK ddnsusername=u\nOK ddnspassword=p\nOK ddnsdomain=d\nOK ddnshost=h\n"
+             "OK ddnshash=x\nOK ddnsurl=l\nOK planeteasymode=2\nOK macaddress=m\nOK ddnshttpport=3\n"
+             "OK ddnsrtspport=4\nOK ddnsplaybackport=5\nOK planetenable=1\n");
     EXPECT_EQ(info.ddnsenable, 1);
     EXPECT_STREQ(info.ddnsusername, "u");
     EXPECT_STREQ(info.ddnspassword, "p");
@@ -322,9 +366,15 @@ TEST_F(NetworkSettings, DdnsIsWrittenInTheFamilyThatTheCallerChose)
         std::uint8_t planet;
         const char* domain;
         const char* sent;
-    } cases[] = {{false, 0, "www.no-ip.com", "no-ip.com"},   {false, 0, "www.zoneedit.com", "zoneedit.com"},
-                 {false, 5, "my PlanetDDNS", "planet"},      {false, 0, "a custom_server!", "custom_server"},
-                 {false, 0, "other.org", "other.org"},       {true, 0, "www.no-ip.com", "www.no-ip.com"},
+    } cases[] = {{false, 0, "www.no-ip.com", "no-ip.com"},
+                 {false, 0, "www.zoneedit.com", "zoneedit.com"},
+                 {false, 5, "my PlanetDDNS", "planet"},
+                 {false, 0, "a custom_server!", "custom_server"},
+                 {false, 0, "custom_server PlanetDDNS zoneedit.com no-ip", "no-ip.com"},
+                 {false, 0, "custom_server PlanetDDNS zoneedit.com", "zoneedit.com"},
+                 {false, 0, "custom_server PlanetDDNS", "planet"},
+                 {false, 0, "other.org", "other.org"},
+                 {true, 0, "www.no-ip.com", "www.no-ip.com"},
                  {true, 1, "PlanetDDNS", "PlanetDDNS"}};
     for (const auto& row : cases) {
         auto& camera = row.toTi ? ti : page;
@@ -336,7 +386,8 @@ TEST_F(NetworkSettings, DdnsIsWrittenInTheFamilyThatTheCallerChose)
         const std::string settings =
             row.planet != 0
                 ? "&planetenable=" + std::to_string(row.planet) +
-                      "&planeteasymode=4&planetusername=u&planetpassword=p&planethost=h&ddnsdomain=" + row.sent
+                      "&planeteasymode=4&planetusername=u&planetpassword=p&planethost=h&ddnsdomain=" +
+                      row.sent
                 : std::string("&ddnsenable=1&ddnsusername=u&ddnspassword=p&ddnsdomain=") + row.sent +
                       "&ddnshost=h&ddnshash=x&ddnsurl=l";
         EXPECT_THAT(queries(camera), ElementsAre(askModel, askModel, settings + ports));
@@ -352,7 +403,33 @@ TEST_F(NetworkSettings, DdnsIsSwitchedOffWithoutFurtherSettings)
     EXPECT_STREQ(info.ddnsdomain, "www.no-ip.com");
 }
 
-TEST_F(NetworkSettings, NothingIsWrittenToACameraThatDoesNotTellItsModel)
+TEST_F(NetworkSettings, ACameraThatAnswersWithoutItsModelCountsAsTi)
+{
+    page.removeValue("productmodel");
+    SmtpInfo smtp{};
+    EXPECT_EQ(Kx_Ipc_SetSMTP(pageId, &smtp), 0);
+    EXPECT_THAT(queries(page).back(), testing::EndsWith("&smtpauth=0"));
+}
+
+TEST_F(NetworkSettings, TheLastRequestOfSeveralDecides)
+{
+    const std::string refused = httpReply("", "404 Not Found");
+    DdnsInfo ddns{};
+    page.replaceReply("&ddnsenable=0", refused);
+    EXPECT_EQ(Kx_Ipc_SetDDNS(pageId, &ddns), -1);
+
+    ddns.ddnsenable = 1;
+    put(ddns.ddnsdomain, "www.no-ip.com");
+    page.replaceReply("&ddnsenable=1", refused);
+    EXPECT_EQ(Kx_Ipc_SetDDNS(pageId, &ddns), -1);
+    EXPECT_STREQ(ddns.ddnsdomain, "no-ip.com"); // what was sent, although it failed
+
+    SmtpInfo smtp{};
+    page.replaceReply("&smtpuser=", refused);
+    EXPECT_EQ(Kx_Ipc_SetSMTP(pageId, &smtp), -1);
+}
+
+TEST_F(NetworkSettings, NothingIsWrittenToACameraThatDoesNotAnswer)
 {
     const std::string empty("\0", 1);
     DdnsInfo ddns{};
@@ -375,7 +452,7 @@ TEST_F(NetworkSettings, SmtpSecurityIsANumberOrTwoFlags)
         const char* lines;
         int auth;
         int enable;
-    } cases[] = {{"OK smtpauth=0\nOK smtpencryssl=1\nOK smtpenable=0\n", 0, 0},
+    } cases[] = {{"OK smtpauth=0\nOK smtpencryssl=1\nOK smtpenable=7\n", 0, 7},
                  {"OK smtpencryssl=1\nOK smtpencrytls=1\n", 2, 1},
                  {"OK smtpencryssl=0\nOK smtpencrytls=1\n", 1, 1},
                  {"OK smtpencrytls=2\n", 9, 1},
@@ -406,23 +483,25 @@ TEST_F(NetworkSettings, SmtpTravelsInBothDialects)
         EXPECT_EQ(Kx_Ipc_SetSMTP(pageId, &set), 0);
         EXPECT_THAT(queries(page), ElementsAre(askModel, common + text));
     }
+    set.smtpauth = 0;
+    set.smtpenable = 1;
+    page.setValue("smtpenable", "1");
     SmtpInfo got{};
     EXPECT_EQ(Kx_Ipc_GetSMTP(pageId, &got), 0);
-    EXPECT_STREQ(got.smtpsender, "a@b.org");
-    EXPECT_STREQ(got.smtppwd, "pass");
-    EXPECT_STREQ(got.emailuser, "x@b.org;y@b.org");
-    EXPECT_EQ(got.smtpport, 465);
+    EXPECT_EQ(std::memcmp(&got, &set, sizeof got), 0);
 }
 
 TEST_F(NetworkSettings, TestMailIsSentRefusedOrFails)
 {
     ti.setValue("smtpip", "mail.example.org");
     EXPECT_EQ(Kx_Ipc_TestSMTP(tiId), 0);
-    ti.replaceReply("testsmtp", httpReply("error\n"));
+    ti.replaceReply("testsmtp", httpReply("NG testsmtp\n"));
     EXPECT_EQ(Kx_Ipc_TestSMTP(tiId), 1);
-    ti.replaceReply("testsmtp", "");
-    EXPECT_EQ(Kx_Ipc_TestSMTP(tiId), -1);
-    EXPECT_THAT(queries(ti), ElementsAre("&testsmtp", "&testsmtp", "&testsmtp"));
+    for (const std::string& nothing : {std::string(), std::string("\0OK testsmtp", 12)}) {
+        ti.replaceReply("testsmtp", nothing);
+        EXPECT_EQ(Kx_Ipc_TestSMTP(tiId), -1);
+    }
+    EXPECT_THAT(queries(ti), ElementsAre("&testsmtp", "&testsmtp", "&testsmtp", "&testsmtp"));
 }
 
 TEST_F(NetworkSettings, UpnpSwitchFoldsFailuresIntoOff)
@@ -431,7 +510,7 @@ TEST_F(NetworkSettings, UpnpSwitchFoldsFailuresIntoOff)
                                                  {httpReply("OK scanupnp=200\n"), -56},
                                                  {httpReply("OK other=1\n"), 0},
                                                  {httpReply("OK scanupnp=1\n", "404 Not Found"), 0},
-                                                 {std::string("\0OK scanupnp=1\n", 15), 0}};
+                                                 {httpReply("OK scanupnp=1\n", "401 Unauthorized"), 0}};
     for (const auto& [reply, value] : cases) {
         ti.replaceReply("scanupnp", reply);
         EXPECT_EQ(Kx_Ipc_IsUpnpEnable(tiId), value) << reply;
@@ -462,6 +541,8 @@ TEST_F(NetworkSettings, UpnpMappingTravelsAsOneValue)
     EXPECT_EQ(got.upnphttpport, 8081);
     EXPECT_EQ(got.upnprtspport, 8554);
     EXPECT_STREQ(got.upnpname, "front door");
+    EXPECT_EQ(got.upnpstatushttp, 1);
+    EXPECT_EQ(got.upnpstatusrtsp, 1);
     EXPECT_EQ(got.httpport, ti.port());
     EXPECT_EQ(got.mainrtspport, 554);
 }

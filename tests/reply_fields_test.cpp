@@ -8,7 +8,8 @@
 
 TEST(KxSscanf, ReadsUpToTerminatorWidthOrEnd)
 {
-    const char* reply = "HTTP/1.1 200 OK\r\nContent-Type: x\r\n\r\nOK a=1\nOK ab=2\r\nOK c=\nOK d=123456\nOK e=end";
+    const char* reply = "HTTP/1.1 200 OK\r\nContent-Type: x\r\n\r\nOK a=1\nOK ab=2\r\nOK c=\nOK d=123456\nOK "
+                        "a=again\nOK e=end";
     const struct
     {
         const char* key;
@@ -17,17 +18,12 @@ TEST(KxSscanf, ReadsUpToTerminatorWidthOrEnd)
         int result;
         const char* value;
     } cases[] = {
-        {"OK a=", "\n", 8, 1, "1"},
-        {"OK ab=", "\n", 8, 2, "2\r"}, // a carriage return stays
+        {"OK a=", "\n", 8, 1, "1"},         {"OK ab=", "\n", 8, 2, "2\r"}, // a carriage return stays
         {"OK ab=", "\r\n", 8, 1, "2"}, // only the terminator's first character counts
-        {"OK c=", "\n", 8, 0, ""},
-        {"OK d=", "\n", 4, 4, "1234"},
-        {"OK d=", "\n", 0, 0, ""},
-        {"OK e=", "\n", 8, 3, "end"},
-        {"OK e=", "", 8, 3, "end"},
-        {"Content-Type:", "\n", 8, 3, " x\r"},
-        {"OK b=", "\n", 8, -1, "########"},
-        {"ok a=", "\n", 8, -1, "########"},
+        {"OK c=", "\n", 8, 0, ""},          {"OK d=", "\n", 4, 4, "1234"},
+        {"OK d=", "\n", 0, 0, ""},          {"OK e=", "\n", 8, 3, "end"},
+        {"OK e=", "", 8, 3, "end"},         {"Content-Type:", "\n", 8, 3, " x\r"},
+        {"OK b=", "\n", 8, -1, "########"}, {"ok a=", "\n", 8, -1, "########"},
     };
     for (const auto& row : cases) {
         char value[10];
@@ -67,9 +63,9 @@ TEST(ChipFamily, FollowsTheModelsLastCharacters)
         const char* model;
         int ti;
         int hisi;
-    } cases[] = {{"KX-C200T", 1, 0}, {"XA", 0, 0},   {"XB", 0, 1},  {"XC", 0, 1},   {"X-SP", 0, 1}, {"-SP", 0, 1},
-                 {"SP", 1, 0},       {"xSP", 1, 0},  {"A", 0, 0},   {"", 1, 0},     {"XA\r", 1, 0}, {"XC\r", 1, 0},
-                 {"Xa", 1, 0},       {"X-sp", 1, 0}, {"X-SPA", 0, 0}};
+    } cases[] = {{"KX-C200T", 1, 0}, {"XA", 0, 0},   {"XB", 0, 1},  {"XC", 0, 1},   {"X-SP", 0, 1},
+                 {"-SP", 0, 1},      {"SP", 1, 0},   {"xSP", 1, 0}, {"A", 0, 0},    {"", 1, 0},
+                 {"XA\r", 1, 0},     {"XC\r", 1, 0}, {"Xa", 1, 0},  {"X-sp", 1, 0}, {"X-SPA", 0, 0}};
     for (const auto& row : cases) {
         std::string model = row.model;
         EXPECT_EQ(IsTiIPC(model.data()), row.ti) << row.model;

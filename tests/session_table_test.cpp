@@ -2,7 +2,6 @@
 #include "SdkTest.h"
 
 #include <cstring>
-#include <memory>
 
 #include "Core/UserInfo.h"
 
@@ -18,7 +17,7 @@ protected:
     static long take(const char* host, int port)
     {
         UserInfo copy;
-        return takeSession("label", host, port, "user", "password", copy) != nullptr ? copy.nUserId.load() : -1;
+        return takeSession("label", host, port, "user", "password", copy) ? copy.nUserId.load() : -1;
     }
 };
 
@@ -38,9 +37,9 @@ TEST_F(SessionTable, ReusesTheSessionOfTheSameHostAndPort)
 
 TEST_F(SessionTable, TakesAHoleBeforeItFindsASessionBehindIt)
 {
-    const long first = take("10.0.0.1", 80);
+    ASSERT_NE(take("10.0.0.1", 80), -1);
     const long last = take("10.0.0.2", 80);
-    clearSession(g_UserInfo[0], first);
+    clearSession(g_UserInfo[0]);
     const long hole = take("10.0.0.2", 80);
     EXPECT_EQ(hole, last + 1);
     EXPECT_EQ(GetUserInfo(hole), &g_UserInfo[0]);
@@ -61,39 +60,53 @@ TEST_F(SessionTable, KeepsOneCharacterLessThanAFieldCouldHold)
 {
     const std::string text(300, 'x');
     UserInfo copy;
-    const UserInfo* slot = takeSession(text.c_str(), text.c_str(), 80, text.c_str(), text.c_str(), copy);
-    EXPECT_EQ(std::strlen(slot->label), 254U);
-    EXPECT_EQ(std::strlen(slot->host), 62U);
-    EXPECT_EQ(std::strlen(slot->user), 62U);
-    EXPECT_EQ(std::strlen(slot->password), 30U);
-    EXPECT_STREQ(copy.host, slot->host);
-    EXPECT_STREQ(copy.password, slot->password);
+    ASSERT_TRUE(takeSession(text.c_str(), text.c_str(), 80, text.c_str(), text.c_str(), copy));
+    EXPECT_EQ(std::strlen(g_UserInfo[0].label), 254U);
+    EXPECT_EQ(std::strlen(copy.host), 62U);
+    EXPECT_EQ(std::strlen(copy.user), 62U);
+    EXPECT_EQ(std::strlen(copy.password), 30U);
 }
 
-TEST_F(SessionTable, ClearsOnlyTheSessionThatIsMeant)
+TEST_F(SessionTable, CopiesWhatTheLatestLoginStored)
+{
+    UserInfo copy;
+    ASSERT_TRUE(takeSession("first", "10.0.0.1", 80, "old", "old", copy));
+    g_UserInfo[0].adminLock = 1;
+    ASSERT_TRUE(takeSession("second", "10.0.0.1", 80, "new", "secret", copy));
+    const long id = copy.nUserId;
+    UserInfo again;
+    ASSERT_TRUE(copySession(id, again));
+    EXPECT_STREQ(g_UserInfo[0].label, "second");
+    EXPECT_STREQ(again.host, "10.0.0.1");
+    EXPECT_EQ(again.port, 80);
+    EXPECT_STREQ(again.user, "new");
+    EXPECT_STREQ(again.password, "secret");
+    EXPECT_EQ(again.adminLock, 1);
+    EXPECT_EQ(again.nUserId, id);
+}
+
+TEST_F(SessionTable, ASessionBeingClosedIsNobodys)
 {
     const long id = take("10.0.0.1", 80);
-    clearSession(g_UserInfo[0], id - 1);
+    UserInfo* slot = beginClosing(id);
+    ASSERT_EQ(slot, &g_UserInfo[0]);
+    EXPECT_EQ(beginClosing(id), nullptr);
     UserInfo copy;
-    ASSERT_TRUE(copySession(id, copy));
-    EXPECT_STREQ(copy.host, "10.0.0.1");
-    EXPECT_EQ(copy.port, 80);
-    clearSession(g_UserInfo[0], id);
     EXPECT_FALSE(copySession(id, copy));
-    EXPECT_STREQ(g_UserInfo[0].host, "");
-    EXPECT_STREQ(g_UserInfo[0].label, "");
+    EXPECT_EQ(GetUserInfo(0), &g_UserInfo[1]);
+    EXPECT_EQ(take("10.0.0.1", 80), id + 1); // another slot
+    clearSession(*slot);
+    EXPECT_EQ(GetUserInfo(0), slot);
 }
 
-TEST_F(SessionTable, FreshSlotsAreEmptyButForWhatALoginFills)
+TEST_F(SessionTable, AFreeSlotIsEmptiedWhenItIsTaken)
 {
     int something = 0;
-    UserInfo copy;
-    UserInfo* slot = takeSession("l", "10.0.0.1", 80, "u", "p", copy);
-    slot->adminLock = 1;
-    slot->liveDataUser = &something;
-    clearSession(*slot, copy.nUserId);
-    ASSERT_EQ(GetAvaiUserInfo("10.0.0.2", 80), slot);
-    EXPECT_EQ(slot->adminLock, 0);
-    EXPECT_EQ(slot->liveDataUser, nullptr);
-    EXPECT_STREQ(slot->user, "");
+    g_UserInfo[0].adminLock = 1;
+    g_UserInfo[0].liveDataUser = &something;
+    std::strcpy(g_UserInfo[0].user, "left over");
+    ASSERT_NE(take("10.0.0.2", 80), -1);
+    EXPECT_EQ(g_UserInfo[0].adminLock, 0);
+    EXPECT_EQ(g_UserInfo[0].liveDataUser, nullptr);
+    EXPECT_STREQ(g_UserInfo[0].user, "user");
 }

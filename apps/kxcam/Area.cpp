@@ -5,6 +5,15 @@
 namespace kxcam
 {
 
+void Record::setValue(const Field& field, const Value& value)
+{
+    told_[indexOf(field)] = isTold(value);
+    if (isTold(value))
+        field.write(data(), value);
+    else
+        field.write(data(), field.kind == Kind::Text ? Value(std::string()) : Value(0));
+}
+
 std::string masked(const std::string& secret)
 {
     return secret.empty() ? "" : "********";
@@ -12,6 +21,8 @@ std::string masked(const std::string& secret)
 
 std::string displayed(const Field& field, const Value& value, bool showSecrets)
 {
+    if (!isTold(value))
+        return "(not told)";
     if (const int* number = std::get_if<int>(&value))
         return std::to_string(*number);
     const std::string& text = std::get<std::string>(value);

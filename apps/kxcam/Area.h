@@ -1,5 +1,5 @@
-// What kxcam knows of a settings area: a table of fields. Getting, setting, JSON and the help of keys walk that table,
-// so a new area is a table in areas/ and a line in areas/Areas.cpp.
+// What kxcam knows of a settings area: a table of fields. Getting, setting, JSON and the help of keys walk
+// that table, so a new area is a file with a table in areas/ and its name in areas/Areas.cpp.
 #pragma once
 
 #include <cstddef>
@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -17,7 +18,13 @@ namespace kxcam
 
 struct Target;
 
-using Value = std::variant<int, std::string>;
+/// What a field holds; neither number nor text when the camera does not tell it.
+using Value = std::variant<std::monostate, int, std::string>;
+
+inline bool isTold(const Value& value)
+{
+    return !std::holds_alternative<std::monostate>(value);
+}
 
 enum class Kind
 {
@@ -45,6 +52,7 @@ struct Field
     void (*write)(void* record, const Value& value); // a text is shorter than the field
     Access access = Access::ReadWrite;
     bool secret = false;
+    bool zeroWhenUntold = false; // a camera that does not tell it means 0
 
     bool isRead() const { return access == Access::ReadWrite || access == Access::ReadOnly; }
     bool isWritten() const { return access != Access::ReadOnly; }
@@ -70,26 +78,36 @@ struct Area
     Quirks quirks = {};
 };
 
-/// A zeroed record of an area, as the SDK takes it.
+/// A record of an area, as the SDK takes it. All is 0 and untold at first.
 class Record
 {
 public:
-    explicit Record(const Area& area) : bytes_(area.recordSize) {}
+    explicit Record(const Area& area) : area_(&area), bytes_(area.recordSize), told_(area.fields.size()) {}
 
     void* data() { return bytes_.data(); }
     const void* data() const { return bytes_.data(); }
 
-    Value value(const Field& field) const { return field.read(data()); }
-    void setValue(const Field& field, const Value& value) { field.write(data(), value); }
+    Value value(const Field& field) const { return told_[indexOf(field)] ? field.read(data()) : Value(); }
+
+    /// A value that is not told leaves 0 behind.
+    void setValue(const Field& field, const Value& value);
 
 private:
+    std::size_t indexOf(const Field& field) const
+    {
+        return static_cast<std::size_t>(&field - area_->fields.data());
+    }
+
+    const Area* area_;
     std::vector<std::byte> bytes_;
+    std::vector<bool> told_;
 };
 
 /// What stands for a secret that is not to be shown; an empty one is no secret.
 std::string masked(const std::string& secret);
 
-/// A value as people read it: secrets masked, empty texts named, control characters made visible.
+/// A value as people read it, also one that is not told: secrets masked, empty texts named, control
+/// characters made visible.
 std::string displayed(const Field& field, const Value& value, bool showSecrets);
 
 /// What a field takes: "text, at most 63 bytes".
@@ -98,7 +116,7 @@ std::string accepted(const Field& field);
 /// "ftpip, ftpipport, ftpuser"
 std::string joinedKeys(const Area& area);
 
-// How the tables in areas/ are written. ----------------------------------------------------------------------------
+// How the tables in areas/ are written.
 
 template <typename Class, typename Member>
 Class classOf(Member Class::*);
@@ -150,6 +168,12 @@ constexpr Field mustGive(Field field)
 constexpr Field secret(Field field)
 {
     field.secret = true;
+    return field;
+}
+
+constexpr Field zeroWhenUntold(Field field)
+{
+    field.zeroWhenUntold = true;
     return field;
 }
 

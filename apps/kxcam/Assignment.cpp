@@ -60,7 +60,8 @@ std::optional<std::string> obstacle(const std::string& text)
         return "contains '&', which separates settings in the camera's language";
     for (std::size_t at = 0; at < text.size(); ++at)
         if (isEncoded(text, at))
-            return "contains '" + text.substr(at, 3) + "', which the camera takes for an encoded character";
+            return "contains '%' and two hexadecimal digits, which the camera takes for one encoded "
+                   "character";
     const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
     if (std::any_of(text.begin(), text.end(), isControl))
         return "contains a line break or another control character";
@@ -124,12 +125,27 @@ const Assignment* findAssignment(const Assignments& assignments, const Field& fi
     return found == assignments.end() ? nullptr : &*found;
 }
 
+void requireTold(const Area& area, const Record& record)
+{
+    std::string missing;
+    for (const Field& field : area.fields)
+        if (field.isWritten() && field.access != Access::WriteOnly && !isTold(record.value(field)))
+            missing.append(" ").append(field.key).append("=…");
+    if (!missing.empty())
+        throw Failure(ExitCode::Refused,
+                      "the camera did not tell all of " + std::string(area.name) +
+                          ", and a set would overwrite the rest with nothing. Try again, or give" + missing +
+                          " too");
+}
+
 void requireCarriable(const Area& area, const Record& record)
 {
     for (const Field& field : area.fields) {
-        if (field.kind != Kind::Text || !field.isWritten())
+        if (!field.isWritten())
             continue;
-        if (const auto why = obstacle(std::get<std::string>(record.value(field))))
+        const Value value = record.value(field);
+        const auto* text = std::get_if<std::string>(&value);
+        if (const auto why = text != nullptr ? obstacle(*text) : std::nullopt)
             throw wrong("the camera's present value of '" + std::string(field.key) + "' " + *why +
                         ", and a set writes it back; give " + std::string(field.key) + "=… too");
     }

@@ -17,15 +17,19 @@ struct Assignment
 
 using Assignments = std::vector<Assignment>;
 
-/// Reads the arguments against the area's table. What the table does not allow throws a Failure of usage, before the
-/// camera is asked anything.
+/// Reads the arguments against the area's table. What the table does not allow throws a Failure of usage,
+/// before the camera is asked anything.
 Assignments parseAssignments(const Area& area, const std::vector<std::string>& arguments);
 
 /// The assignment to a field, or null.
 const Assignment* findAssignment(const Assignments& assignments, const Field& field);
 
-/// Refuses a record with a text that the camera's language can not carry. As a set sends the whole record, this can be
-/// a text that the camera had before.
+/// Refuses a record with fields that a set would write 0 or nothing over, because neither the camera told
+/// them nor the person gave them.
+void requireTold(const Area& area, const Record& record);
+
+/// Refuses a record with a text that the camera's language can not carry. As a set sends the whole record,
+/// this can be a text that the camera had before.
 void requireCarriable(const Area& area, const Record& record);
 
 } // namespace kxcam

@@ -1,8 +1,9 @@
 // What kxcam prints, kept apart from what the library prints.
 //
-// The library prints diagnostics on standard output. kxcam keeps a private copy of the original standard output for
-// itself and hands descriptor 1 to standard error, so that `kxcam get ftp --json | jq` sees JSON and nothing else. As a
-// person at a terminal is not helped by those lines either, they are dropped unless --verbose asks for them.
+// The library prints diagnostics on standard output. kxcam keeps a private copy of the original standard
+// output for itself and hands descriptor 1 to standard error, so that `kxcam get ftp --json | jq` sees JSON
+// and nothing else. As a person at a terminal is not helped by those lines either, they are dropped unless
+// --verbose asks for them.
 #pragma once
 
 #include <cstdio>

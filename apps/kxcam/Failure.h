@@ -32,7 +32,8 @@ private:
     ExitCode code_;
 };
 
-/// The failure of the SDK call that has just failed, from the SDK's last error: "`what` failed: the camera …".
+/// The failure of the SDK call that has just failed, from the SDK's last error: "`what` failed: the camera
+/// …".
 Failure sdkFailure(const std::string& what);
 
 } // namespace kxcam

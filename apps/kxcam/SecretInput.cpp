@@ -1,6 +1,7 @@
-// While a prompt is open, echo is off and the signals that end or stop the program are blocked. Such a signal wakes the
-// prompt, which first restores the terminal and then unblocks the signal, so that it does what it always does: Ctrl-C
-// ends kxcam with the terminal as it was, and after Ctrl-Z and `fg` the prompt comes again.
+// While a prompt is open, echo is off and the signals that end or stop the program are blocked. Such a signal
+// wakes the prompt, which first restores the terminal and then unblocks the signal, so that it does what it
+// always does: Ctrl-C ends kxcam with the terminal as it was, and after Ctrl-Z and `fg` the prompt comes
+// again.
 #include "SecretInput.h"
 
 #include <cerrno>

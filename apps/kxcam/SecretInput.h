@@ -12,8 +12,8 @@ inline constexpr char passwordVariable[] = "KXCAM_PASSWORD";
 /// The password of a login: from the environment, else asked for on the terminal.
 std::string loginPassword(const std::string& whose);
 
-/// The value of a secret setting: asked for on the terminal, or the next line of standard input when that is a file
-/// or a pipe.
+/// The value of a secret setting: asked for on the terminal, or the next line of standard input when that is
+/// a file or a pipe.
 std::string secretValue(const std::string& key);
 
 } // namespace kxcam

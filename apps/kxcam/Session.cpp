@@ -5,6 +5,7 @@
 #include <KxIpcSDK/KxIpcSDK.h>
 
 #include "Failure.h"
+#include "Reading.h"
 #include "SecretInput.h"
 
 namespace kxcam
@@ -33,17 +34,9 @@ std::string passwordFor(const Target& target)
     return password;
 }
 
-// A camera that ends its lines with CR LF leaves the CR at the end of each text.
-void dropLineEnds(const Area& area, Record& record)
+std::string doingWith(const char* what, const Area& area, const Target& target)
 {
-    for (const Field& field : area.fields) {
-        Value value = record.value(field);
-        auto* text = std::get_if<std::string>(&value);
-        if (text == nullptr || !text->ends_with('\r'))
-            continue;
-        text->pop_back();
-        record.setValue(field, value);
-    }
+    return std::string(what) + " " + std::string(area.name) + " of " + target.address();
 }
 
 } // namespace
@@ -83,24 +76,32 @@ void Session::login()
         throw sdkFailure("login to " + target_.address() + " as " + target_.user);
 }
 
-Record Session::read(const Area& area)
+void Session::get(const Area& area, Record& record)
 {
-    Record record(area);
     bool done = area.get(userId_, record.data()) == 0;
     if (!done && Kx_Sdk_GetLastError() == KX_ERROR_UNKNOWN_USER) {
         login();
         done = area.get(userId_, record.data()) == 0;
     }
     if (!done)
-        throw sdkFailure("reading " + std::string(area.name) + " of " + target_.address());
-    dropLineEnds(area, record);
-    return record;
+        throw sdkFailure(doingWith("reading", area, target_));
+}
+
+Record Session::read(const Area& area)
+{
+    const auto record = readTold(area, [&](Record& asked) { get(area, asked); });
+    if (!record)
+        throw Failure(ExitCode::Refused,
+                      doingWith("reading", area, target_) +
+                          " failed: the answer holds none of its settings. Check that --host and "
+                          "--port are those of a camera, and that its model has this function.");
+    return *record;
 }
 
 void Session::write(const Area& area, Record record)
 {
     if (area.set(userId_, record.data()) != 0)
-        throw sdkFailure("writing " + std::string(area.name) + " of " + target_.address());
+        throw sdkFailure(doingWith("writing", area, target_));
 }
 
 } // namespace kxcam

@@ -43,12 +43,14 @@ public:
 
     long userId() const { return userId_; }
 
-    /// Logs in again where a set of the network area has ended the session.
+    /// Reads an area, and finds out what of it the camera did not tell. Logs in again where a set of the
+    /// network area has ended the session.
     Record read(const Area& area);
     void write(const Area& area, Record record);
 
 private:
     void login();
+    void get(const Area& area, Record& record);
 
     Target target_;
     std::string password_; // before the SDK, whose threads would take a Ctrl-C away from the prompt

@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <stdexcept>
 #include <string>
 #include <sys/resource.h>
 #include <system_error>
@@ -18,6 +19,9 @@ namespace
 {
 
 using Kind = kxsim::Fault::Kind;
+
+constexpr int failed = 1;
+constexpr int wrongArguments = 2;
 
 const std::map<std::string, Kind> faultsByName{
     {"refuse", Kind::Refuse},
@@ -37,7 +41,7 @@ Examples:
   kxsim                                     one camera on http://127.0.0.1:8080, user admin, password admin
   kxsim --model KX-C300B --port 0           a camera of another chip family, on any free port
   kxsim --count 3                           cameras on 127.0.0.1, 127.0.0.2 and 127.0.0.3
-  kxsim --fault slow                        a camera that answers in dribs and drabs
+  kxsim --fault slow                        a camera whose replies come piece by piece
   kxsim --fault status --fault-status 503   a camera that answers each request with an error
 
 Ask a camera for a setting, or change one (the quotes matter):
@@ -59,20 +63,17 @@ void describe(CLI::App& app, Arguments& arguments)
 {
     kxsim::CameraOptions& camera = arguments.camera;
     camera.port = 8080;
-    app.add_option("--model", camera.model, "What it is: KX-C200T, KX-C300B, KX-C300C or KX-C400A")
-        ->capture_default_str();
-    app.add_option("--address", camera.address, "Where it listens (of --count cameras, the first)")
-        ->capture_default_str();
-    app.add_option("--port", camera.port, "TCP port; 0 takes any free one")->capture_default_str();
-    app.add_option("--user", camera.user, "User name that clients must give")->capture_default_str();
-    app.add_option("--password", camera.password, "Password that clients must give")->capture_default_str();
+    app.option_defaults()->always_capture_default();
+    app.add_option("--model", camera.model, "What it is: KX-C200T, KX-C300B, KX-C300C or KX-C400A");
+    app.add_option("--address", camera.address, "IPv4 address it listens on (of --count cameras, the first)");
+    app.add_option("--port", camera.port, "TCP port; 0 takes any free one");
+    app.add_option("--user", camera.user, "User name that clients must give");
+    app.add_option("--password", camera.password, "Password that clients must give");
     app.add_option("--fault", arguments.fault, "How it misbehaves")->check(CLI::IsMember(faultsByName));
     app.add_option("--fault-status", arguments.faultStatus, "HTTP status of the fault 'status'")
-        ->check(CLI::Range(100, 599))
-        ->capture_default_str();
+        ->check(CLI::Range(100, 599));
     app.add_option("--count", arguments.count, "How many cameras, on consecutive addresses")
-        ->check(CLI::Range(1, 500))
-        ->capture_default_str();
+        ->check(CLI::Range(1, 500));
     app.footer(examples);
 }
 
@@ -110,7 +111,8 @@ std::unique_ptr<kxsim::SimCamera> startCamera(const Arguments& arguments, unsign
             camera->setFault({.kind = faultsByName.at(arguments.fault), .status = arguments.faultStatus});
         camera->onRequest([&camera = *camera](const kxsim::Request& request) {
             const std::string status = request.status ? std::to_string(request.status) : "---";
-            print(placeOf(camera) + " " + status + " " + request.text.substr(0, request.text.find(" HTTP/")));
+            const std::string line = request.text.substr(0, request.text.find("\r\n"));
+            print(placeOf(camera) + " " + status + " " + line.substr(0, line.find(" HTTP/")));
             camera.forgetRequests(); // printed is enough; kept, they would fill the memory some day
         });
         print(options.model + " listening on http://" + placeOf(*camera));
@@ -129,7 +131,7 @@ void allowManyDescriptors()
     setrlimit(RLIMIT_NOFILE, &limit);
 }
 
-// Holds the signals back for waitForInterrupt, on this thread and those it starts.
+// Holds the signals back for sigwait, on this thread and on those it will start.
 sigset_t blockInterrupts()
 {
     sigset_t signals;
@@ -147,7 +149,11 @@ int main(int argc, char** argv)
     CLI::App app("Simulated network cameras, to try KxIpcSDK without hardware.", "kxsim");
     Arguments arguments;
     describe(app, arguments);
-    CLI11_PARSE(app, argc, argv);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : wrongArguments;
+    }
 
     const sigset_t interrupts = blockInterrupts();
     allowManyDescriptors();
@@ -159,6 +165,6 @@ int main(int argc, char** argv)
         sigwait(&interrupts, &signal);
     } catch (const std::exception& error) {
         std::cerr << "kxsim: " << error.what() << '\n';
-        return 1;
+        return failed;
     }
 }

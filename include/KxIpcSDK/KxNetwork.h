@@ -3,14 +3,24 @@
  * Network settings of a camera: wired network, Wi-Fi, dynamic DNS, e-mail, FTP, UPnP and service ports.
  *
  * What all calls of this header have in common, unless a function says otherwise:
- * - They send one request to the camera and block until it has answered or a time limit has passed.
+ * - They send one request to the camera and block until it has answered or a time limit has passed, see
+ *   KxIpcSDK.h.
  * - A get fills the caller's record. A field whose key the camera's answer lacks keeps the caller's value, so
- *   zero the record first. A text longer than its field is cut; the field is always terminated.
- * - A set sends the caller's record as it stands; ranges are not checked, texts are not encoded. Read the
- *   record with the get, change what should change, and pass it to the set.
- * - They return 0, or -1 with the record unchanged. Errors: #KX_ERROR_NOT_INITIALISED; #KX_ERROR_UNKNOWN_USER;
- *   #KX_ERROR_UNAUTHORISED, #KX_ERROR_NOT_FOUND, #KX_ERROR_BAD_GATEWAY as the camera answers;
- *   #KX_ERROR_NETWORK. A null record gives -1 and sets none.
+ *   zero the record first. A text longer than its field is cut; the field is always terminated. Of the answer the
+ *   first 1023 bytes are read, headers included; a key behind them counts as missing.
+ * - A set sends the caller's record. Ranges are not checked. Texts go into the request as they stand, but for
+ *   blanks, which are encoded: an ampersand would begin another key, and a line break another header line, so
+ *   check texts that come from users. The settings of one call may take 1022 characters; what goes beyond is cut
+ *   without an error.
+ * - To change a setting, read the record with the get, change it, and pass it to the set. Fields that the get never
+ *   fills need a value of your own first; they are marked.
+ * - They return 0, or -1 with the record unchanged. For a set, 0 means that the camera answered, not that it took
+ *   the settings; read them back to be sure. "403 Forbidden" counts as an answer.
+ * - Errors: #KX_ERROR_NOT_INITIALISED; #KX_ERROR_UNKNOWN_USER; #KX_ERROR_UNAUTHORISED, #KX_ERROR_NOT_FOUND,
+ *   #KX_ERROR_BAD_GATEWAY as the camera answers; #KX_ERROR_NETWORK. None is set, and -1 returned, for a null record,
+ *   an answer that begins with a zero byte, and when the process has no socket or memory left.
+ * - Cameras end the lines of an answer with a line feed. Where one ends them with carriage return and line feed, the
+ *   carriage return stays in a text, dotted addresses excepted.
  * - Numeric codes without a stated meaning are the camera's own and pass unchanged.
  *
  * A field is named after the camera's key for it. Text fields are terminated text in the size given.
@@ -79,7 +89,7 @@ typedef struct DdnsInfo
     int ddnshttpport;       /**< published HTTP port */
     int ddnsrtspport;       /**< published RTSP port */
     int ddnsplaybackport;   /**< published playback port */
-    uint8_t planetenable;   /**< non-zero: the set writes the planet service; the get never fills it */
+    uint8_t planetenable;   /**< not 0: the set writes the planet service; **never filled by the get** */
     uint8_t planeteasymode; /**< 1: easy mode of the planet service */
     char macaddress[32];    /**< MAC address; read only */
 } DdnsInfo;
@@ -93,8 +103,9 @@ typedef struct SmtpInfo
     char smtpip[32];      /**< mail server */
     int smtpport;         /**< mail server's port */
     char emailuser[256];  /**< recipients as the camera holds them */
-    int smtpauth;         /**< transport security: 0 none, 1 TLS, 2 SSL; 3 both (not on every model) */
-    int smtpenable;       /**< 1: e-mail on; read only */
+    int smtpauth; /**< transport security: 0 none, 1 TLS, 2 SSL; 3 both, on models that keep two flags; such a
+                               model's 3 is read as 2 */
+    int smtpenable; /**< 1: e-mail on; read only */
 } SmtpInfo;
 
 /** FTP target. */
@@ -127,7 +138,7 @@ typedef struct PortInfo
     int httpport;     /**< HTTP */
     int onvifport;    /**< ONVIF */
     int mainrtspport; /**< RTSP of the main stream */
-    int subrtspport;  /**< RTSP of the sub stream; written by the set, never filled by the get */
+    int subrtspport;  /**< RTSP of the sub stream; sent by the set, **never filled by the get** */
 } PortInfo;
 
 /**
@@ -143,10 +154,11 @@ KX_API int Kx_Ipc_GetNetwork(long userId, NetworkInfo* info);
 /**
  * Writes the wired network settings; `httpport` and `macaddress` are not sent.
  *
- * **May end the session**: when DHCP is switched on, or when `netip` differs from the address the session was
- * logged in with, the camera leaves its old address; the user id becomes unknown and the application logs in
- * again at the new one. With DHCP on, a failed request counts as success, because the camera may have dropped
- * its old address before it answered. The last error is then whatever that request set.
+ * **May end the session**, as Kx_Ipc_Logout() does and with what that asks of other calls: whenever `dhcpenable` is
+ * not 0, and whenever `netip` is not, to the letter, the host that the session was logged in with (so always after
+ * a login by name). The camera may have left its address; the user id becomes unknown, and the application logs
+ * in again. With `dhcpenable` not 0 a failed request counts as success, because the camera may have dropped its
+ * old address before it answered; the last error is then whatever that request set.
  *
  * @param     userId  the session
  * @param[in] info    `dhcpenable` and the four addresses are sent
@@ -194,13 +206,14 @@ KX_API int Kx_Ipc_SetWifiInfo(long userId, const WifiInfo* info);
 KX_API int Kx_Ipc_GetDDNS(long userId, DdnsInfo* info);
 
 /**
- * Writes the dynamic DNS settings: the planet service's with `planetenable` non-zero, else the general ones.
- * With `ddnsenable` 0 only the switch is sent. Two or three requests: the camera's model is asked first.
+ * Writes the dynamic DNS settings. With `ddnsenable` 0 only that switch is sent, whatever `planetenable` says.
+ * Otherwise the planet service's settings with `planetenable` not 0 (`ddnsenable`, `ddnshash` and `ddnsurl` are not
+ * sent then), else the general ones (without the two planet switches). Two or three requests: the camera's model is asked first.
  *
  * @param         userId  the session
  * @param[in,out] info    the settings. For cameras that keep a provider's bare domain, `ddnsdomain` is replaced in
  *                        the record by what was sent: "no-ip.com", "zoneedit.com", "planet" (for a text that
- *                        contains "PlanetDDNS") or "custom_server"
+ *                        contains "PlanetDDNS") or "custom_server"; also when the last request then fails
  * @return 0, or -1 (also when the camera answers nothing to the question for its model)
  */
 KX_API int Kx_Ipc_SetDDNS(long userId, DdnsInfo* info);
@@ -209,8 +222,8 @@ KX_API int Kx_Ipc_SetDDNS(long userId, DdnsInfo* info);
  * Reads the e-mail settings.
  *
  * @param      userId  the session
- * @param[out] info    filled from the keys of the fields' names; `smtpenable` becomes 1 when the camera has no such
- *                     switch; `smtpauth` comes from `smtpauth` or, where that is missing, from `smtpencryssl` and
+ * @param[out] info    filled from the keys of the fields' names; `smtpenable` becomes 1 when the answer has no such
+ *                     key; `smtpauth` comes from `smtpauth` or, where that is missing, from `smtpencryssl` and
  *                     `smtpencrytls` (SSL wins) and stays untouched when neither is on
  * @return 0, or -1
  */
@@ -290,6 +303,8 @@ KX_API int Kx_Ipc_SetUpnpPortMapping(long userId, const UpnpInfo* info);
 /**
  * Reads the service ports.
  *
+ * Of the answer the first 511 bytes are read.
+ *
  * @param      userId  the session
  * @param[out] info    `httpport`, `onvifport` and `mainrtspport`; `subrtspport` stays untouched
  * @return 0, or -1
@@ -297,8 +312,8 @@ KX_API int Kx_Ipc_SetUpnpPortMapping(long userId, const UpnpInfo* info);
 KX_API int Kx_Ipc_GetPortInfo(long userId, PortInfo* info);
 
 /**
- * Writes the service ports. A changed `httpport` takes effect on the camera's side; the session keeps the port it
- * was logged in with.
+ * Writes the service ports. The session keeps the port it was logged in with: when `httpport` has changed, log in
+ * again at the new one.
  *
  * @param     userId  the session
  * @param[in] info    all four fields are sent, `subrtspport` too

@@ -4,7 +4,7 @@
 //   WORD           runs a command       -> "OK WORD" or "NG WORD"
 //   language=ie    opens most queries and means nothing
 // A piece that the camera does not understand gets no line, and the others are answered all the same.
-// A query with a piece "action=NAME" is no settings query: the rest of it are the action's parameters.
+// A query that opens with "action=NAME" is no settings query: what follows are the action's parameters.
 #include "Device.h"
 
 #include "HttpText.h"
@@ -16,8 +16,6 @@ namespace kxsim
 {
 namespace
 {
-
-constexpr std::string_view actionPrefix = "action=";
 
 Chip chipOf(std::string_view model)
 {
@@ -107,9 +105,9 @@ void Device::add(const Area& area)
 Device::Answer Device::answer(std::string_view target)
 {
     const auto [path, query] = splitAt(target, '?');
-    for (std::string_view piece : piecesOf(query))
-        if (piece.starts_with(actionPrefix))
-            return perform(path, piece.substr(actionPrefix.size()));
+    const auto [name, value] = splitAt(query.substr(0, query.find('&')), '=');
+    if (name == "action")
+        return perform(path, value);
     return path == "/vb.htm" ? answerSettings(query) : notFound();
 }
 

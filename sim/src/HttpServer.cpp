@@ -138,7 +138,6 @@ HttpServer::HttpServer(const std::string& address, unsigned short port, HttpHand
     reservation_.bind(endpoint_);
     endpoint_ = reservation_.local_endpoint();
     keepFromChildren(reservation_);
-    listener_ = listen(Tcp::acceptor::max_listen_connections);
 }
 
 HttpServer::~HttpServer()
@@ -150,7 +149,7 @@ HttpServer::~HttpServer()
 
 void HttpServer::start()
 {
-    asio::co_spawn(io_, acceptConnections(listener_), asio::detached);
+    open();
     thread_ = std::thread([this] {
         const auto keepRunning = asio::make_work_guard(io_); // even with the door closed and nobody inside
         io_.run();

@@ -52,11 +52,11 @@ protected:
     ~HttpHandler() = default;
 };
 
-/// Listens from construction on, answers from start() on.
+/// Holds its port from construction on, listens from start() on.
 class HttpServer
 {
 public:
-    /// Throws std::system_error when the address cannot be listened on.
+    /// Throws std::system_error when the address is not this machine's or the port is taken.
     HttpServer(const std::string& address, unsigned short port, HttpHandler& handler);
     ~HttpServer();
     HttpServer(const HttpServer&) = delete;

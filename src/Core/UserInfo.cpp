@@ -2,19 +2,52 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
+#include <limits>
 #include <mutex>
+#include <thread>
 
 UserInfo g_UserInfo[maxSessions];
-std::atomic<int> g_nUserId{1000};
+std::atomic<int> g_nUserId{firstUserId};
+
+static_assert(sizeof(std::atomic<std::int64_t>) == 8 && std::atomic<std::int64_t>::is_always_lock_free);
+static_assert(offsetof(UserInfo, label) == 8 && offsetof(UserInfo, host) == 264);
+static_assert(offsetof(UserInfo, port) == 328 && offsetof(UserInfo, user) == 332);
+static_assert(offsetof(UserInfo, password) == 396 && offsetof(UserInfo, adminLock) == 428);
+static_assert(offsetof(UserInfo, liveWord) == 432 && offsetof(UserInfo, livePlaying) == 456);
+static_assert(offsetof(UserInfo, playbackWord) == 464 && offsetof(UserInfo, player) == 488);
 
 namespace
 {
 
+constexpr std::int64_t closing = std::numeric_limits<std::int64_t>::min(); // the id of a session being closed
+
 std::mutex tableMutex;
 
-// A session's fields may be read by one thread while another fills or clears the slot. Both sides go through
-// these two: single atomic bytes, released after and acquired before the slot's id, so that a reader who then
-// finds the id unchanged has read one session's bytes.
+// A slot may be read by one thread while another writes it. Each slot has a version, odd while it is being written;
+// a reader who finds the same even version before and after has read one session and not parts of two. The bytes
+// themselves are read and written as single atomics: with these orders a reader who sees any new byte also sees that
+// the version has changed.
+std::atomic<unsigned> versions[maxSessions];
+
+std::atomic<unsigned>& versionOf(const UserInfo& slot)
+{
+    return versions[&slot - g_UserInfo];
+}
+
+/// Marks a slot as being written. The table's mutex is held.
+class SlotWriter
+{
+public:
+    explicit SlotWriter(const UserInfo& slot) : version_(versionOf(slot)) { version_.fetch_add(1); }
+    ~SlotWriter() { version_.fetch_add(1); }
+    SlotWriter(const SlotWriter&) = delete;
+    SlotWriter& operator=(const SlotWriter&) = delete;
+
+private:
+    std::atomic<unsigned>& version_;
+};
+
 void storeBytes(void* target, const void* source, std::size_t size)
 {
     auto* to = static_cast<unsigned char*>(target);
@@ -23,27 +56,16 @@ void storeBytes(void* target, const void* source, std::size_t size)
         std::atomic_ref(to[i]).store(from[i], std::memory_order_release);
 }
 
-void loadBytes(void* target, void* source, std::size_t size)
-{
-    auto* to = static_cast<unsigned char*>(target);
-    auto* from = static_cast<unsigned char*>(source);
-    for (std::size_t i = 0; i < size; ++i)
-        to[i] = std::atomic_ref(from[i]).load(std::memory_order_acquire);
-}
-
-template <typename T>
-void store(T& target, const T& value)
-{
-    storeBytes(&target, &value, sizeof value);
-}
-
 template <typename T>
 void load(T& target, T& source)
 {
-    loadBytes(&target, &source, sizeof source);
+    auto* to = reinterpret_cast<unsigned char*>(&target);
+    auto* from = reinterpret_cast<unsigned char*>(&source);
+    for (std::size_t i = 0; i < sizeof target; ++i)
+        to[i] = std::atomic_ref(from[i]).load(std::memory_order_acquire);
 }
 
-// One character fewer than the field could hold is kept.
+/// One character fewer than the field could hold is kept.
 template <std::size_t Size>
 void storeText(char (&field)[Size], const char* text)
 {
@@ -52,43 +74,31 @@ void storeText(char (&field)[Size], const char* text)
     storeBytes(field, value, Size);
 }
 
-template <std::size_t Size>
-void loadText(char (&field)[Size], char (&source)[Size])
-{
-    loadBytes(field, source, Size);
-    field[Size - 1] = '\0';
-}
-
-// Id first: whoever copies the slot meanwhile finds afterwards that the session is gone.
 void clear(UserInfo& slot)
 {
     static constexpr unsigned char zeros[sizeof(UserInfo)] = {};
+    const SlotWriter writer(slot);
     slot.nUserId.store(0);
-    auto* bytes = reinterpret_cast<unsigned char*>(&slot);
-    storeBytes(bytes + sizeof slot.nUserId, zeros, sizeof slot - sizeof slot.nUserId);
+    constexpr std::size_t afterId = offsetof(UserInfo, label);
+    storeBytes(reinterpret_cast<unsigned char*>(&slot) + afterId, zeros, sizeof slot - afterId);
 }
 
-UserInfo* findOrTakeSlot(const char* host, int port)
+bool isCamera(const UserInfo& slot, const char* host, int port)
 {
-    for (UserInfo& slot : g_UserInfo) {
-        if (std::strcmp(slot.host, host) == 0 && slot.port == port)
-            return &slot;
-        if (slot.nUserId.load() != 0)
-            continue;
-        clear(slot);
-        slot.nUserId.store(g_nUserId.fetch_add(1));
-        return &slot;
-    }
-    return nullptr;
+    return slot.nUserId.load() > 0 && std::strcmp(slot.host, host) == 0 && slot.port == port;
 }
 
-void copyFields(UserInfo& copy, UserInfo& slot)
+/// False when the slot was written meanwhile; what was copied is then worthless.
+bool copyFields(UserInfo& copy, UserInfo& slot)
 {
-    loadText(copy.host, slot.host);
+    const unsigned before = versionOf(slot).load(std::memory_order_acquire);
+    copy.nUserId.store(slot.nUserId.load());
+    load(copy.host, slot.host);
     load(copy.port, slot.port);
-    loadText(copy.user, slot.user);
-    loadText(copy.password, slot.password);
+    load(copy.user, slot.user);
+    load(copy.password, slot.password);
     load(copy.adminLock, slot.adminLock);
+    return before % 2 == 0 && versionOf(slot).load() == before;
 }
 
 } // namespace
@@ -102,45 +112,59 @@ UserInfo* GetUserInfo(long userId)
 
 UserInfo* GetAvaiUserInfo(const char* host, int port)
 {
-    const std::lock_guard lock(tableMutex);
-    return findOrTakeSlot(host, port);
+    for (UserInfo& slot : g_UserInfo) {
+        if (isCamera(slot, host, port))
+            return &slot;
+        if (slot.nUserId.load() != 0)
+            continue;
+        clear(slot);
+        slot.nUserId.store(g_nUserId.fetch_add(1));
+        return &slot;
+    }
+    return nullptr;
 }
 
-UserInfo* takeSession(const char* label, const char* host, int port, const char* user, const char* password,
-                      UserInfo& copy)
+bool takeSession(const char* label, const char* host, int port, const char* user, const char* password,
+                 UserInfo& copy)
 {
     const std::lock_guard lock(tableMutex);
-    UserInfo* slot = findOrTakeSlot(host, port);
+    UserInfo* slot = GetAvaiUserInfo(host, port);
     if (slot == nullptr)
-        return nullptr;
-    store(slot->port, port);
-    storeText(slot->label, label);
-    storeText(slot->host, host);
-    storeText(slot->password, password);
-    storeText(slot->user, user);
-    copyFields(copy, *slot);
-    copy.nUserId.store(slot->nUserId.load());
-    return slot;
+        return false;
+    {
+        const SlotWriter writer(*slot);
+        storeBytes(&slot->port, &port, sizeof port);
+        storeText(slot->label, label);
+        storeText(slot->host, host);
+        storeText(slot->password, password);
+        storeText(slot->user, user);
+    }
+    return copyFields(copy, *slot);
 }
 
 bool copySession(long userId, UserInfo& copy)
 {
-    UserInfo* slot = nullptr;
-    do {
-        slot = GetUserInfo(userId);
-        if (slot == nullptr)
-            return false;
-        copyFields(copy, *slot);
-    } while (slot->nUserId.load() != userId); // taken or cleared meanwhile: what was copied is worthless
-    copy.nUserId.store(userId);
-    return true;
+    while (UserInfo* slot = GetUserInfo(userId)) {
+        if (copyFields(copy, *slot) && copy.nUserId == userId)
+            return true;
+        std::this_thread::yield();
+    }
+    return false;
 }
 
-void clearSession(UserInfo& slot, std::int64_t userId)
+UserInfo* beginClosing(long userId)
 {
     const std::lock_guard lock(tableMutex);
-    if (slot.nUserId.load() == userId)
-        clear(slot);
+    UserInfo* slot = GetUserInfo(userId);
+    if (slot != nullptr)
+        slot->nUserId.store(closing);
+    return slot;
+}
+
+void clearSession(UserInfo& slot)
+{
+    const std::lock_guard lock(tableMutex);
+    clear(slot);
 }
 
 void clearAllSessions()

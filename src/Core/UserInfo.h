@@ -20,7 +20,7 @@ using fPlayDataCallBack = fLiveDataCallBack;
 /// One logged-in camera.
 struct UserInfo
 {
-    std::atomic<std::int64_t> nUserId{0};
+    std::atomic<std::int64_t> nUserId{0}; // below 0 while the session is being closed
     char label[256] = {};
     char host[64] = {};
     int port = 0;
@@ -38,6 +38,7 @@ struct UserInfo
 };
 
 inline constexpr std::size_t maxSessions = 500;
+inline constexpr int firstUserId = 1000;
 
 extern UserInfo g_UserInfo[maxSessions];
 extern std::atomic<int> g_nUserId; // the next id to hand out; never reset, so ids are unique for the process
@@ -45,20 +46,25 @@ extern std::atomic<int> g_nUserId; // the next id to hand out; never reset, so i
 /// The session with this id, or null. Id 0 finds the first free slot.
 UserInfo* GetUserInfo(long userId);
 
-/// The slot for a login to this camera: that of its session, else the first free one with a new id and all else
-/// zero; null when the table is full. The search ends at the first free slot.
+/// The slot for a login to this camera: that of its session, else the first free one, emptied and with a new id;
+/// null when the table is full. The search ends at the first free slot. The caller sees to it that no other thread
+/// takes, fills or clears a slot meanwhile, as takeSession does.
 UserInfo* GetAvaiUserInfo(const char* host, int port);
 
-/// GetAvaiUserInfo, and the slot filled with these texts, cut to what it keeps; `copy` becomes a copy of it.
-/// Returns null when the table is full.
-UserInfo* takeSession(const char* label, const char* host, int port, const char* user, const char* password,
-                      UserInfo& copy);
+/// Takes the slot for a login and fills it with these texts, cut to what it keeps; then as copySession. False when
+/// the table is full.
+bool takeSession(const char* label, const char* host, int port, const char* user, const char* password,
+                 UserInfo& copy);
 
 /// Copies id, address, credentials and admin lock of the session with this id; false when there is none.
 bool copySession(long userId, UserInfo& copy);
 
-/// Frees the slot, if it still holds this session.
-void clearSession(UserInfo& slot, std::int64_t userId);
+/// Begins to close a session (an id from firstUserId on): from now on nobody finds it, takes its slot or closes it as
+/// well. Null when there is no session with this id.
+UserInfo* beginClosing(long userId);
+
+/// Frees the slot.
+void clearSession(UserInfo& slot);
 
 /// Frees every slot.
 void clearAllSessions();

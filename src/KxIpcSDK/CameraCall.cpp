@@ -5,6 +5,7 @@
 #include "KxIpcSDK/Lifecycle.h"
 #include "NetManager/RequestChannel.h"
 
+// There is no record to check: any pointer that is not null will do.
 CameraCall::CameraCall(long userId) : CameraCall(userId, this) {}
 
 CameraCall::CameraCall(long userId, const void* record)

@@ -10,5 +10,5 @@ enum class ChipFamily
     A     // page dialect; models that end in "A"
 };
 
-/// The family of the camera whose model a reply tells. No model counts as the TI family's.
+/// The family of the camera whose model a reply tells. A reply without a model counts as the TI family's.
 ChipFamily chipFamilyOf(const OkReply& reply);

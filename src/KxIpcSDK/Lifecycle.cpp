@@ -19,19 +19,16 @@
 namespace
 {
 
-constexpr std::int64_t firstUserId = 1000;
-
-/// The error that a login's reply stands for; KX_ERROR_NONE: the camera let us in.
+/// The error that a login's reply stands for beyond those the request channel knows ("401 Unauthorized", "404 Not
+/// Found" and so on); KX_ERROR_NONE: the camera let us in.
 KxError judgeLogin(const char* reply)
 {
     const auto holds = [reply](const char* text) { return std::strstr(reply, text) != nullptr; };
     if (reply[0] == '\0')
         return KX_ERROR_NOT_FOUND;
-    if (holds("400 Bad Request") || holds("401 Unauthorized"))
+    if (holds("400 Bad Request"))
         return KX_ERROR_UNAUTHORISED;
-    if (holds("403 Forbidden"))
-        return KX_ERROR_FORBIDDEN;
-    return holds("404 Not Found") ? KX_ERROR_NOT_FOUND : KX_ERROR_NONE;
+    return holds("403 Forbidden") ? KX_ERROR_FORBIDDEN : KX_ERROR_NONE;
 }
 
 /// Proves the session's credentials. A reply that the request channel refused has its code already, but for a login
@@ -48,12 +45,22 @@ bool proveLogin(UserInfo& session)
     return error == KX_ERROR_NONE;
 }
 
-void endMedia(UserInfo& slot)
+void shutDownMedia(UserInfo& slot)
 {
     if (slot.nUserId >= firstUserId && slot.livePlaying != 0)
-        stopLiveView(slot);
+        stopLiveView(slot, slot.nUserId);
     if (slot.nUserId >= firstUserId && slot.player != nullptr)
         stopPlayback(slot);
+}
+
+void logOutMedia(UserInfo& slot, long userId)
+{
+    if (slot.livePlaying != 0) {
+        stopLiveView(slot, userId);
+        g_IpCameraManager->DelIpCamera(static_cast<int>(userId));
+    }
+    delete slot.player; // without stopping it first
+    slot.player = nullptr;
 }
 
 void joinWorker(pthread_t*& worker)
@@ -75,18 +82,16 @@ int Kx_Sdk_Init(void)
     m_fSearchCallBack = nullptr;
     m_pSearchUser = nullptr;
     g_IpCameraManager = CIpCameraManager::GetInstance();
-    if (g_IpCameraManager == nullptr)
-        return -1;
-    g_bThreadOpenRtsp = true;
-    g_bInit = true;
-    return 0;
+    g_bThreadOpenRtsp = g_IpCameraManager != nullptr;
+    g_bInit = g_IpCameraManager != nullptr;
+    return g_bInit ? 0 : -1;
 }
 
 int Kx_Sdk_Destroy(void)
 {
     std::printf("========Kx_Ipc_Destroy========\n");
     for (UserInfo& slot : g_UserInfo)
-        endMedia(slot);
+        shutDownMedia(slot);
     if (g_IpCameraManager != nullptr)
         CIpCameraManager::DeleteInstance();
     g_IpCameraManager = nullptr;
@@ -113,9 +118,9 @@ long Kx_Ipc_Login(const char* label, const char* host, int port, const char* use
     if (label == nullptr || host == nullptr || user == nullptr || password == nullptr)
         return -1;
 
-    UserInfo session; // the requests go by this copy, whatever another login or a logout does to the slot meanwhile
-    UserInfo* slot = takeSession(label, host, port, user, password, session);
-    if (slot == nullptr)
+    // The requests go by this copy, whatever another login or a logout does to the slot meanwhile.
+    UserInfo session;
+    if (!takeSession(label, host, port, user, password, session))
         return -1;
     if (proveLogin(session))
         return session.nUserId;
@@ -132,16 +137,13 @@ int Kx_Ipc_Logout(long userId)
 
 bool closeSession(long userId)
 {
-    UserInfo* slot = GetUserInfo(userId);
+    if (userId < firstUserId) // id 0 finds a free slot, in which there is nothing to close
+        return GetUserInfo(userId) != nullptr;
+    UserInfo* slot = beginClosing(userId);
     if (slot == nullptr)
         return false;
-    if (slot->livePlaying != 0) {
-        stopLiveView(*slot);
-        g_IpCameraManager->DelIpCamera(static_cast<int>(userId));
-    }
-    delete slot->player;
-    slot->player = nullptr;
-    clearSession(*slot, userId);
+    logOutMedia(*slot, userId);
+    clearSession(*slot);
     return true;
 }
 

@@ -5,7 +5,7 @@
 
 #include <KxIpcSDK/KxExport.h>
 
-/// Holds at most 1022 characters; what goes beyond is cut, as cameras expect it. Texts go out as they stand.
+/// Holds at most 1022 characters; what goes beyond is cut. Texts are added as they stand.
 class Query
 {
 public:

@@ -4,93 +4,91 @@
 
 #include <KxIpcSDK/KxNetwork.h>
 
-namespace
-{
+#define RECORD(record, size)                                                                                 \
+    static_assert(std::is_standard_layout_v<record> && std::is_trivially_copyable_v<record>);                \
+    static_assert(sizeof(record) == (size))
+#define FIELD(record, field, offset, size)                                                                   \
+    static_assert(offsetof(record, field) == (offset) && sizeof(record::field) == (size))
 
-template <typename Record>
-constexpr bool isPlain = std::is_standard_layout_v<Record> && std::is_trivially_copyable_v<Record>;
+RECORD(NetworkInfo, 160);
+FIELD(NetworkInfo, dhcpenable, 0, 1);
+FIELD(NetworkInfo, netip, 1, 32);
+FIELD(NetworkInfo, netmask, 33, 32);
+FIELD(NetworkInfo, gateway, 65, 32);
+FIELD(NetworkInfo, dnsip, 97, 32);
+FIELD(NetworkInfo, httpport, 132, 4);
+FIELD(NetworkInfo, macaddress, 136, 24);
 
-static_assert(isPlain<NetworkInfo> && sizeof(NetworkInfo) == 160);
-static_assert(offsetof(NetworkInfo, dhcpenable) == 0);
-static_assert(offsetof(NetworkInfo, netip) == 1);
-static_assert(offsetof(NetworkInfo, netmask) == 33);
-static_assert(offsetof(NetworkInfo, gateway) == 65);
-static_assert(offsetof(NetworkInfo, dnsip) == 97);
-static_assert(offsetof(NetworkInfo, httpport) == 132);
-static_assert(offsetof(NetworkInfo, macaddress) == 136);
+RECORD(WifiInfo, 528);
+FIELD(WifiInfo, wifissid, 0, 64);
+FIELD(WifiInfo, wifimode, 64, 1);
+FIELD(WifiInfo, wifiencrypt, 65, 1);
+FIELD(WifiInfo, wepauthtype, 66, 1);
+FIELD(WifiInfo, wepkeylength, 67, 1);
+FIELD(WifiInfo, wepkeyformat, 68, 1);
+FIELD(WifiInfo, wepkeyindex, 69, 1);
+FIELD(WifiInfo, wepkey1, 70, 32);
+FIELD(WifiInfo, wepkey2, 102, 32);
+FIELD(WifiInfo, wepkey3, 134, 32);
+FIELD(WifiInfo, wepkey4, 166, 32);
+FIELD(WifiInfo, wpapairwise, 198, 1);
+FIELD(WifiInfo, wpakey, 199, 64);
+FIELD(WifiInfo, wpsenable, 263, 1);
+FIELD(WifiInfo, wpspincode, 264, 32);
+FIELD(WifiInfo, wpsconntype, 296, 4);
+FIELD(WifiInfo, wpsroutessid, 300, 64);
+FIELD(WifiInfo, wpsroutepin, 364, 32);
+FIELD(WifiInfo, wifidhcp, 396, 1);
+FIELD(WifiInfo, wifinip, 397, 32);
+FIELD(WifiInfo, wifinmask, 429, 32);
+FIELD(WifiInfo, wifigway, 461, 32);
+FIELD(WifiInfo, wifidns, 493, 32);
 
-static_assert(isPlain<WifiInfo> && sizeof(WifiInfo) == 528);
-static_assert(offsetof(WifiInfo, wifissid) == 0);
-static_assert(offsetof(WifiInfo, wifimode) == 64);
-static_assert(offsetof(WifiInfo, wifiencrypt) == 65);
-static_assert(offsetof(WifiInfo, wepauthtype) == 66);
-static_assert(offsetof(WifiInfo, wepkeylength) == 67);
-static_assert(offsetof(WifiInfo, wepkeyformat) == 68);
-static_assert(offsetof(WifiInfo, wepkeyindex) == 69);
-static_assert(offsetof(WifiInfo, wepkey1) == 70);
-static_assert(offsetof(WifiInfo, wepkey2) == 102);
-static_assert(offsetof(WifiInfo, wepkey3) == 134);
-static_assert(offsetof(WifiInfo, wepkey4) == 166);
-static_assert(offsetof(WifiInfo, wpapairwise) == 198);
-static_assert(offsetof(WifiInfo, wpakey) == 199);
-static_assert(offsetof(WifiInfo, wpsenable) == 263);
-static_assert(offsetof(WifiInfo, wpspincode) == 264);
-static_assert(offsetof(WifiInfo, wpsconntype) == 296);
-static_assert(offsetof(WifiInfo, wpsroutessid) == 300);
-static_assert(offsetof(WifiInfo, wpsroutepin) == 364);
-static_assert(offsetof(WifiInfo, wifidhcp) == 396);
-static_assert(offsetof(WifiInfo, wifinip) == 397);
-static_assert(offsetof(WifiInfo, wifinmask) == 429);
-static_assert(offsetof(WifiInfo, wifigway) == 461);
-static_assert(offsetof(WifiInfo, wifidns) == 493);
+RECORD(DdnsInfo, 1044);
+FIELD(DdnsInfo, ddnsenable, 0, 1);
+FIELD(DdnsInfo, ddnsdomain, 1, 64);
+FIELD(DdnsInfo, ddnsusername, 65, 32);
+FIELD(DdnsInfo, ddnspassword, 97, 512);
+FIELD(DdnsInfo, ddnshash, 609, 128);
+FIELD(DdnsInfo, ddnshost, 737, 128);
+FIELD(DdnsInfo, ddnsurl, 865, 128);
+FIELD(DdnsInfo, ddnshttpport, 996, 4);
+FIELD(DdnsInfo, ddnsrtspport, 1000, 4);
+FIELD(DdnsInfo, ddnsplaybackport, 1004, 4);
+FIELD(DdnsInfo, planetenable, 1008, 1);
+FIELD(DdnsInfo, planeteasymode, 1009, 1);
+FIELD(DdnsInfo, macaddress, 1010, 32);
 
-static_assert(isPlain<DdnsInfo> && sizeof(DdnsInfo) == 1044);
-static_assert(offsetof(DdnsInfo, ddnsenable) == 0);
-static_assert(offsetof(DdnsInfo, ddnsdomain) == 1);
-static_assert(offsetof(DdnsInfo, ddnsusername) == 65);
-static_assert(offsetof(DdnsInfo, ddnspassword) == 97);
-static_assert(offsetof(DdnsInfo, ddnshash) == 609);
-static_assert(offsetof(DdnsInfo, ddnshost) == 737);
-static_assert(offsetof(DdnsInfo, ddnsurl) == 865);
-static_assert(offsetof(DdnsInfo, ddnshttpport) == 996);
-static_assert(offsetof(DdnsInfo, ddnsrtspport) == 1000);
-static_assert(offsetof(DdnsInfo, ddnsplaybackport) == 1004);
-static_assert(offsetof(DdnsInfo, planetenable) == 1008);
-static_assert(offsetof(DdnsInfo, planeteasymode) == 1009);
-static_assert(offsetof(DdnsInfo, macaddress) == 1010);
+RECORD(SmtpInfo, 1100);
+FIELD(SmtpInfo, smtpuser, 0, 32);
+FIELD(SmtpInfo, smtpsender, 32, 256);
+FIELD(SmtpInfo, smtppwd, 288, 512);
+FIELD(SmtpInfo, smtpip, 800, 32);
+FIELD(SmtpInfo, smtpport, 832, 4);
+FIELD(SmtpInfo, emailuser, 836, 256);
+FIELD(SmtpInfo, smtpauth, 1092, 4);
+FIELD(SmtpInfo, smtpenable, 1096, 4);
 
-static_assert(isPlain<SmtpInfo> && sizeof(SmtpInfo) == 1100);
-static_assert(offsetof(SmtpInfo, smtpuser) == 0);
-static_assert(offsetof(SmtpInfo, smtpsender) == 32);
-static_assert(offsetof(SmtpInfo, smtppwd) == 288);
-static_assert(offsetof(SmtpInfo, smtpip) == 800);
-static_assert(offsetof(SmtpInfo, smtpport) == 832);
-static_assert(offsetof(SmtpInfo, emailuser) == 836);
-static_assert(offsetof(SmtpInfo, smtpauth) == 1092);
-static_assert(offsetof(SmtpInfo, smtpenable) == 1096);
+RECORD(FtpInfo, 484);
+FIELD(FtpInfo, ftpip, 0, 64);
+FIELD(FtpInfo, ftpipport, 64, 4);
+FIELD(FtpInfo, ftpuser, 68, 192);
+FIELD(FtpInfo, ftppassword, 260, 32);
+FIELD(FtpInfo, ftppath, 292, 192);
 
-static_assert(isPlain<FtpInfo> && sizeof(FtpInfo) == 484);
-static_assert(offsetof(FtpInfo, ftpip) == 0);
-static_assert(offsetof(FtpInfo, ftpipport) == 64);
-static_assert(offsetof(FtpInfo, ftpuser) == 68);
-static_assert(offsetof(FtpInfo, ftppassword) == 260);
-static_assert(offsetof(FtpInfo, ftppath) == 292);
+RECORD(UpnpInfo, 92);
+FIELD(UpnpInfo, upnpenable, 0, 1);
+FIELD(UpnpInfo, upnpname, 1, 64);
+FIELD(UpnpInfo, upnptype, 65, 1);
+FIELD(UpnpInfo, upnphttpport, 68, 4);
+FIELD(UpnpInfo, httpport, 72, 4);
+FIELD(UpnpInfo, upnpstatushttp, 76, 1);
+FIELD(UpnpInfo, upnprtspport, 80, 4);
+FIELD(UpnpInfo, mainrtspport, 84, 4);
+FIELD(UpnpInfo, upnpstatusrtsp, 88, 1);
 
-static_assert(isPlain<UpnpInfo> && sizeof(UpnpInfo) == 92);
-static_assert(offsetof(UpnpInfo, upnpenable) == 0);
-static_assert(offsetof(UpnpInfo, upnpname) == 1);
-static_assert(offsetof(UpnpInfo, upnptype) == 65);
-static_assert(offsetof(UpnpInfo, upnphttpport) == 68);
-static_assert(offsetof(UpnpInfo, httpport) == 72);
-static_assert(offsetof(UpnpInfo, upnpstatushttp) == 76);
-static_assert(offsetof(UpnpInfo, upnprtspport) == 80);
-static_assert(offsetof(UpnpInfo, mainrtspport) == 84);
-static_assert(offsetof(UpnpInfo, upnpstatusrtsp) == 88);
-
-static_assert(isPlain<PortInfo> && sizeof(PortInfo) == 16);
-static_assert(offsetof(PortInfo, httpport) == 0);
-static_assert(offsetof(PortInfo, onvifport) == 4);
-static_assert(offsetof(PortInfo, mainrtspport) == 8);
-static_assert(offsetof(PortInfo, subrtspport) == 12);
-
-} // namespace
+RECORD(PortInfo, 16);
+FIELD(PortInfo, httpport, 0, 4);
+FIELD(PortInfo, onvifport, 4, 4);
+FIELD(PortInfo, mainrtspport, 8, 4);
+FIELD(PortInfo, subrtspport, 12, 4);

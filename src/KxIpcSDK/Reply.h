@@ -1,4 +1,4 @@
-// A camera's reply to a get, and the two verbs that read it.
+// A camera's reply to a get, and the verbs that read it.
 #pragma once
 
 #include <cstddef>
@@ -12,8 +12,9 @@ struct OkStyle
     static bool find(const char* reply, const char* key, char* value, std::size_t size);
 };
 
-/// The raw reply, status line and headers included. False when the request failed or the reply is empty.
-template <typename Style, std::size_t Size = 1024>
+/// The raw reply, status line and headers included. False when the request failed or the reply is empty. A number is
+/// read through a text of NumberSize bytes.
+template <typename Style, std::size_t Size = 1024, std::size_t NumberSize = Size>
 class Reply
 {
 public:
@@ -33,10 +34,10 @@ public:
     template <typename Number>
     bool number(const char* key, Number& field) const
     {
-        char value[Size];
+        char value[NumberSize];
         if (!Style::find(raw_, key, value, sizeof value))
             return false;
-        field = static_cast<Number>(std::atoi(value));
+        field = static_cast<Number>(std::strtol(value, nullptr, 10));
         return true;
     }
 

@@ -3,7 +3,7 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include <KxIpcSDK/KxLog.h>
+#include <KxIpcSDK/KxSdkLog.h>
 
 namespace
 {

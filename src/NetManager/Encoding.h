@@ -10,7 +10,7 @@ inline constexpr std::size_t urlBufferSize = 20480;
 char* base64Encode(const char* data, unsigned length);
 
 /// Copies a query with each blank as "%20" and everything else as it is. The destination has urlBufferSize bytes, all
-/// written; it stays empty for a source above 20480 characters, and ends after 20479 characters.
+/// written; it stays empty for a source above 20480 characters, and ends before the character that would not fit.
 void encodeURL(const char* source, char* destination);
 
 /// Percent-encodes every byte but ! # $ & ' ( ) * . / : ; = ? @ : letters and digits too, as cameras expect it in

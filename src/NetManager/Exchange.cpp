@@ -26,18 +26,20 @@ bool connectWithin(const FileDescriptor& socket, const sockaddr_in& address, std
     return outcome != Wait::TimedOut;
 }
 
-/// Cameras take a request that starts again after a partial write, so each attempt writes it from its first byte. A
-/// request always fits the system's send buffer; partial writes come from signals only.
-bool sendWhole(const FileDescriptor& socket, std::string_view request)
+/// Cameras take a request that starts again after a partial write, so each attempt writes it from its first byte. The
+/// system's send buffer usually takes a whole request at once; a camera that does not read one that it does not take
+/// costs the limit, and the request fails.
+bool sendWhole(const FileDescriptor& socket, std::string_view request, std::chrono::milliseconds limit)
 {
     std::size_t total = 0;
+    setSendLimit(socket, limit);
     while (total < request.size()) {
         const ssize_t written = ::send(socket.get(), request.data(), request.size(), MSG_NOSIGNAL);
         if (written > 0)
             total += static_cast<std::size_t>(written);
         else if (written == 0)
             std::this_thread::sleep_for(g_timing.retry);
-        else if (errno != EINTR && errno != EAGAIN)
+        else if (errno != EINTR)
             return false;
     }
     return true;
@@ -54,31 +56,32 @@ bool readFailedForGood(std::atomic<int>& failedReads)
     return false;
 }
 
-/// Reads until the camera closes the connection or the reply is full; returns the number of bytes that came. A reply
-/// may take as long as it likes, but when nothing more comes for a long time it is taken to be complete.
+/// Reads until the camera closes the connection, the reply is full or reads go on failing; returns the number of bytes
+/// that came. A reply may take as long as it likes, but when nothing more comes for a long time it is taken to be
+/// complete: no camera holds a call for ever.
 std::size_t receive(const FileDescriptor& socket, std::span<char> reply, std::atomic<int>& failedReads)
 {
     char chunk[4096];
     std::size_t total = 0;
-    failedReads = 0;
     do {
-        const ssize_t count = ::recv(socket.get(), chunk, sizeof chunk, 0);
+        const ssize_t count = ::recv(socket.get(), chunk, sizeof chunk, MSG_DONTWAIT);
         if (count == 0 || (count < 0 && readFailedForGood(failedReads)))
             break;
         if (count < 0)
             continue;
         failedReads = 0;
         if (total < reply.size() - 1)
-            std::memcpy(&reply[total], chunk, std::min<std::size_t>(static_cast<std::size_t>(count), reply.size() - 1 - total));
+            std::memcpy(&reply[total], chunk,
+                        std::min<std::size_t>(static_cast<std::size_t>(count), reply.size() - 1 - total));
         total += static_cast<std::size_t>(count);
     } while (total < reply.size() && waitFor(socket, Readable, g_timing.stalledReply) != Wait::TimedOut);
     return total;
 }
 
-int judge(const char* reply, std::span<const Refusal> refusals)
+int judge(std::string_view reply, std::span<const Refusal> refusals)
 {
     for (const Refusal& refusal : refusals) {
-        if (std::strstr(reply, refusal.text) != nullptr)
+        if (reply.find(refusal.text) != std::string_view::npos)
             return failWith(refusal.error);
     }
     return 0;
@@ -95,17 +98,18 @@ int exchange(const UserInfo& session, std::string_view request, char* reply, int
     const FileDescriptor socket = makeTcpSocket();
     if (!socket)
         return -1;
-    if (!connectWithin(socket, *address, rules.connectWait) || !sendWhole(socket, request))
+    if (!connectWithin(socket, *address, rules.connectWait) || !sendWhole(socket, request, rules.connectWait))
         return failWith(KX_ERROR_NETWORK);
     const Wait outcome = waitFor(socket, Readable | Exception, rules.replyWait);
     if (outcome == Wait::TimedOut)
         return failWith(KX_ERROR_NETWORK);
 
     std::memset(reply, 0, static_cast<std::size_t>(replySize) - 1);
+    rules.failedReads = 0;
     std::size_t received = 0;
     if (outcome != Wait::Exceptional)
         received = receive(socket, {reply, static_cast<std::size_t>(replySize)}, rules.failedReads);
     if (received == 0)
         return failWith(rules.nothingReceived);
-    return judge(reply, rules.refusals);
+    return judge({reply, strnlen(reply, static_cast<std::size_t>(replySize) - 1)}, rules.refusals);
 }

@@ -23,11 +23,11 @@ struct ExchangeRules
     std::chrono::milliseconds replyWait;   // until the first byte of the reply
     KxError nothingReceived;
     std::span<const Refusal> refusals; // in the order they are looked for
-    std::atomic<int>& failedReads;     // consecutive ones, counted over all concurrent requests of the function
+    std::atomic<int>& failedReads; // consecutive ones, counted over all concurrent requests of the function
 };
 
 /// Sends the request to the session's camera and fills `reply` with the first replySize - 1 bytes of what comes back
-/// as it comes (status line, headers, body), then zeros; its last byte is never written. Returns 0; or -1 with the
-/// last error set, except when the system has no socket.
+/// as it comes (status line, headers, body), then zeros; its last byte is never written. The reply stays untouched when
+/// it came to no reading. Returns 0; or -1 with the last error set, except when the system has no socket.
 int exchange(const UserInfo& session, std::string_view request, char* reply, int replySize,
              const ExchangeRules& rules);

@@ -12,7 +12,8 @@ int KxSscanf(const char* reply, const char* key, const char* terminator, char* d
 /// A needle length below 1 means the needle's text length; an empty needle is never found.
 char* Kx_rStrstr(char* text, int length, char* needle, int needleLength);
 
-/// 1 for models of the TI family, the empty and the null model among them; else 0.
+/// 1 for models of the TI family: all that end in none of "A", "B", "C" and "-SP", the empty and the null model among
+/// them; else 0. What is read from a reply is taken as read: a carriage return is a model's last character.
 int IsTiIPC(char* model);
 
 /// 1 for models that end in "B", "C" or "-SP"; else 0.

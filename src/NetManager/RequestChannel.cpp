@@ -51,43 +51,32 @@ OwnedText credentials(const UserInfo& session)
     return OwnedText(base64Encode(plain, static_cast<unsigned>(std::strlen(plain))));
 }
 
-/// The text a request begins with, up to its query, and the room it may take.
-struct Target
-{
-    const char* path;
-    std::size_t bound;
-};
-
-Target chooseTarget(const char* query, bool admin)
-{
-    if (admin)
-        return {"/cgi-bin/admin/admin.cgi?", adminBound};
-    if (query[0] == '\0') // the login request is all query, path included
-        return {"", settingsBound};
-    return {query[0] == '&' ? "/vb.htm?language=ie" : "/vb.htm?", settingsBound};
-}
-
-/// Writes the whole request; returns its length, or 0 without memory.
-std::size_t composeRequest(char (&request)[requestSize], const UserInfo& session, const char* query, bool admin)
+/// Writes the whole request, as far as it fits its bound; returns its length, or 0 without memory.
+std::size_t composeRequest(char (&request)[requestSize], const UserInfo& session, const char* query,
+                           bool admin)
 {
     const OwnedText basic = credentials(session);
     if (!basic)
         return 0;
 
-    const Target target = chooseTarget(query, admin);
     char loginPath[256];
-    if (target.path[0] == '\0') {
-        std::snprintf(loginPath, sizeof loginPath, "/vb.htm?action=get.network.general&user=%s&pwd=%s&", session.user,
-                      session.password);
+    const char* path = query[0] == '&' ? "/vb.htm?language=ie" : "/vb.htm?";
+    if (admin) {
+        path = "/cgi-bin/admin/admin.cgi?";
+    } else if (query[0] == '\0') { // the login request is escaped as a whole, path included
+        std::snprintf(loginPath, sizeof loginPath, "/vb.htm?action=get.network.general&user=%s&pwd=%s&",
+                      session.user, session.password);
+        path = "";
         query = loginPath;
     }
     char escaped[urlBufferSize];
     encodeURL(query, escaped);
-    const int length = std::snprintf(request, target.bound,
+    const std::size_t bound = admin ? adminBound : settingsBound;
+    const int length = std::snprintf(request, bound,
                                      "GET %s%s HTTP/1.1\r\nHost: %s:%d\r\nConnection: Keep-Alive\r\n"
                                      "Authorization: Basic %s\r\n\r\n",
-                                     target.path, escaped, session.host, session.port, basic.get());
-    return std::min(static_cast<std::size_t>(length), target.bound - 1);
+                                     path, escaped, session.host, session.port, basic.get());
+    return std::min(static_cast<std::size_t>(length), bound - 1);
 }
 
 } // namespace

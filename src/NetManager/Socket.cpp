@@ -69,29 +69,37 @@ bool setLinger(const FileDescriptor& socket, int seconds)
     return setsockopt(socket.get(), SOL_SOCKET, SO_LINGER, &option, sizeof option) == 0;
 }
 
+void setSendLimit(const FileDescriptor& socket, std::chrono::milliseconds limit)
+{
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(limit);
+    const auto rest = std::chrono::duration_cast<std::chrono::microseconds>(limit - seconds);
+    const timeval option{.tv_sec = seconds.count(), .tv_usec = rest.count()};
+    setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &option, sizeof option);
+}
+
 Wait waitFor(const FileDescriptor& socket, unsigned waitSet, std::chrono::milliseconds limit)
 {
     using std::chrono::milliseconds;
     using std::chrono::steady_clock;
 
-    short wanted = POLLERR;
-    if ((waitSet & Readable) != 0)
-        wanted |= POLLIN | POLLHUP;
-    if ((waitSet & Writable) != 0)
-        wanted |= POLLOUT;
-    const short exceptional = (waitSet & Exception) != 0 ? POLLPRI : 0;
+    constexpr short ended = POLLERR | POLLHUP | POLLNVAL;
+    const short wanted = static_cast<short>(((waitSet & Readable) != 0 ? POLLIN : 0) |
+                                            ((waitSet & Writable) != 0 ? POLLOUT : 0));
+    const short urgent = (waitSet & Exception) != 0 ? POLLPRI : 0;
+    pollfd entry{.fd = socket.get(), .events = static_cast<short>(wanted | urgent), .revents = 0};
 
-    pollfd entry{.fd = socket.get(), .events = static_cast<short>(wanted | exceptional), .revents = 0};
+    const int errorBefore = errno;
     const auto deadline = steady_clock::now() + limit;
     int count = poll(&entry, 1, static_cast<int>(limit.count()));
-    while (count < 0 && errno == EINTR) { // a signal for the application must not cut the wait short
+    while (count < 0 && errno == EINTR) {
         const auto left = std::chrono::ceil<milliseconds>(deadline - steady_clock::now());
         count = poll(&entry, 1, static_cast<int>(std::max(left, milliseconds(0)).count()));
     }
 
     if (count < 0)
         return Wait::Failed;
+    errno = errorBefore;
     if (count == 0)
         return Wait::TimedOut;
-    return (entry.revents & wanted) != 0 ? Wait::Ready : Wait::Exceptional;
+    return (entry.revents & (wanted | ended)) != 0 ? Wait::Ready : Wait::Exceptional;
 }

@@ -34,6 +34,9 @@ bool setBlocking(const FileDescriptor& socket, bool blocking);
 /// On close, waits up to this long for unsent data to leave; false when the system refuses.
 bool setLinger(const FileDescriptor& socket, int seconds);
 
+/// How long a write may wait for room, from now on; -1 and EAGAIN after that.
+void setSendLimit(const FileDescriptor& socket, std::chrono::milliseconds limit);
+
 /// What to wait for on a socket; combined with |.
 enum WaitSet : unsigned
 {
@@ -51,5 +54,5 @@ enum class Wait
 };
 
 /// Waits with poll, so that descriptors of any number do. An error or a hang-up counts as ready, since the next
-/// operation will tell it.
+/// operation will tell it. A signal does not cut the wait short. A time-out leaves errno as it was.
 Wait waitFor(const FileDescriptor& socket, unsigned waitSet, std::chrono::milliseconds limit);

@@ -97,7 +97,7 @@ long long toLonglong(const char* value)
 double toDouble(const char* value)
 {
     static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", nullptr);
-    return strtod_l(value, nullptr, cLocale);
+    return cLocale ? strtod_l(value, nullptr, cLocale) : std::strtod(value, nullptr);
 }
 
 } // namespace

@@ -174,8 +174,9 @@ bool SectionWalk::next()
     return false;
 }
 
-/// Passes over the lines that hold neither a bracket, as every header does, nor the key of a line in the
-/// section. A search for these two is many times faster than a look at every line.
+/// Goes on to the next line with an opening bracket, as every header has one, or, in the section, with the
+/// key. A search for these two is two to four times as fast as a look at every line of a camera's reply;
+/// "ini/inirw" in bench times it.
 bool SectionWalk::jumpToNextOfConcern()
 {
     if (inSection_ && keyHit_ < nextLine_)

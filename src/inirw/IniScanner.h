@@ -18,12 +18,18 @@ enum LineKind
 };
 
 /// One line; everything points into the scanned text.
+///
+/// `content` is the meaningful part. It is null for a blank line, and for a part that is too long for the
+/// line buffer or comes out with a negative length, because more blanks are taken off it than it has
+/// characters. `commentPos` is the position of the comment less the blanks counted before it. Quotes and
+/// comment characters don't interrupt that count, so it can lie inside quotes. Without a comment it is
+/// `lineEnd`.
 struct Line
 {
     LineKind kind = blankLine;
-    std::string_view content;         // the meaningful part; null for a blank line and one that can't be read
-    const char* commentPos = nullptr; // the blanks before the comment; without a comment, lineEnd
-    const char* lineEnd = nullptr;    // the first byte of the line's end
+    std::string_view content;
+    const char* commentPos = nullptr;
+    const char* lineEnd = nullptr; // the first byte of the line's end
     const char* nextLine = nullptr;
 };
 
@@ -42,7 +48,8 @@ struct KeyValue
 KeyValue splitKeyLine(std::string_view content);
 
 /// Walks the header and the key lines of one section; with a null section, the key lines before any header.
-/// Lines in which `key` does not occur are passed over; an empty key occurs in all.
+/// It passes over key lines in which neither `key` nor an opening bracket occurs; one that it stops at need
+/// not have that key. An empty key occurs in all.
 class SectionWalk
 {
 public:
@@ -74,10 +81,10 @@ extern "C" {
 
 /// Reads one line of at most `remaining` bytes and copies its meaningful part into `out`, of 10240 bytes.
 ///
-/// `*commentPos` becomes the start of the blanks before the comment (without a comment: `*lineEnd`),
-/// `*lineEnd` the first byte of the line's end, `*nextLine` the first byte behind it. `out` is left untouched
-/// for a blank line and for a part too long or with more blanks than characters. Any pointer may be null; a
-/// null text is an empty one.
+/// `*commentPos` becomes the position of the comment less the blanks counted before it, which can lie inside
+/// quotes (without a comment: `*lineEnd`), `*lineEnd` the first byte of the line's end, `*nextLine` the first
+/// byte behind it. `out` is left untouched for a blank line and for a part too long or of negative length
+/// (see inirw::Line). Any pointer may be null; a null text is an empty one.
 /// Returns 1 (other line), 2 (blank or comment only), 3 (section header) or 4 (key line).
 int GetLine(const char* start, std::size_t remaining, char* out, const char** commentPos,
             const char** lineEnd, const char** nextLine);

@@ -2,25 +2,27 @@
 //
 // Sections and keys are compared exactly, and the first line with the key wins. A null section means the
 // lines before the first section header; a camera's reply has no headers, so it is searched whole. `#` and
-// `;` outside quotes start a comment. Lines end with CR LF, LF or CR.
+// `;` outside quotes start a comment. Lines end with CR LF, LF CR, LF, CR or, in a loaded file, a zero byte.
 //
 // The functions of the loaded file share one buffer without a lock: one thread at a time. The FromStr
-// functions keep all state on the stack and are safe from any thread. No function fails loudly: a null
+// functions share no state that changes and are safe from any thread. No function fails loudly: a null
 // argument, a missing key and a failed allocation show in the result only, and nothing is thrown.
 #pragma once
 
 extern "C" {
 
 /// Loads the file at `path`, at most 255 characters, in place of whatever was loaded before. The setters
-/// write to this path. An empty file counts as loaded.
-/// Returns 1, or 0 when the path is too long or null, the file can't be opened and measured, or memory is
-/// short; then nothing is loaded. A path too long leaves the stored one untouched, any other replaces it.
+/// write to this path, also after iniStrLoad, until the next is given here. An empty file counts as loaded.
+/// Returns 1, or 0 when the path is too long or null, the file can't be opened and measured, it has 2 GiB or
+/// more, or memory is short; then nothing is loaded. A path too long or null leaves the stored one untouched,
+/// any other replaces it.
 int iniFileLoad(const char* path);
 
 /// Loads `text` in place of whatever was loaded before, printed as a format is (see printTextAsFormat) into
 /// just as many bytes as it has characters: its last character is lost, and what "%%" saves is filled with
-/// zero bytes. The path that the setters write to is left untouched.
-/// Returns 1, or 0 when `text` is null or memory is short; then nothing is loaded.
+/// zero bytes. The path that the setters write to is left untouched: iniSetString writes this text, edited,
+/// over the file last given to iniFileLoad.
+/// Returns 1, or 0 when `text` is null or has 2 GiB or more, or memory is short; then nothing is loaded.
 int iniStrLoad(const char* text);
 
 /// Forgets the loaded text. The path that the setters write to is left untouched.
@@ -45,15 +47,16 @@ int iniGetString(const char* section, const char* key, char* out, int size, cons
 int iniGetStringFromStr(const char* text, const char* section, const char* key, char* out, int size,
                         const char* defaultValue);
 
-/// The value as a number: decimal, 0x hexadecimal or leading-zero octal, cut to 32 bits. A value that is no
-/// number (a quoted one is none) gives 0; `defaultValue` is returned only where iniGetValue returns 0. As in
-/// all number getters, no more than 63 characters of the value are read.
+/// The value as a number: decimal, 0x hexadecimal or leading-zero octal. A number out of range becomes the
+/// nearest long, and that is cut to 32 bits. A value that is no number (a quoted one is none) gives 0;
+/// `defaultValue` is returned only where iniGetValue returns 0. As in all number getters, no more than 63
+/// characters of the value are read.
 int iniGetInt(const char* section, const char* key, int defaultValue);
 
 /// As iniGetInt, in `text` instead of the loaded one.
 int iniGetIntFromStr(const char* text, const char* section, const char* key, int defaultValue);
 
-/// As iniGetInt, for an unsigned long.
+/// As iniGetInt, for an unsigned long: nothing is cut, and a number too great becomes the greatest.
 unsigned long iniGetUlong(const char* section, const char* key, unsigned long defaultValue);
 
 /// As iniGetUlong, in `text` instead of the loaded one.
@@ -75,8 +78,10 @@ double iniGetDouble(const char* section, const char* key, double defaultValue);
 double iniGetDoubleFromStr(const char* text, const char* section, const char* key, double defaultValue);
 
 /// Sets `key` in `section` to `value`, or deletes the key's line if `value` is null, then rewrites and
-/// reloads the loaded file. A line that is replaced keeps its comment; a new key follows the section's last
-/// key line, a new section the end of the file. All other lines are left untouched.
+/// reloads the file last given to iniFileLoad. A line that is replaced keeps its line end and its comment;
+/// where quotes stand before that, a piece of the old value may stay with it and join the new one. A new key
+/// follows the section's last key line or its header, which gets a line feed first if it is the text's last
+/// line and has no end. A new section is appended to the file. All other lines are left untouched.
 /// Returns 1 when the file was rewritten. Returns 0 when nothing is loaded, the key is null, there is nothing
 /// to delete, the null section has no key line to stand beside, or the file can't be written.
 int iniSetString(const char* section, const char* key, const char* value);

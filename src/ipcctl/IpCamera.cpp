@@ -1,14 +1,11 @@
 #include "ipcctl/ipcctl.h"
 
-#include <string>
-
 // No stream can be opened yet, so there is none that the operations could act on: what they switch off is off.
 struct CIpCamera::Impl
 {
-    std::string lastImage;
 };
 
-CIpCamera::CIpCamera() : impl_(std::make_unique<Impl>()) {}
+CIpCamera::CIpCamera() = default;
 CIpCamera::~CIpCamera() = default;
 
 void CIpCamera::SetVideoBufCallBack(VideoBufCallBack, void*) {}
@@ -37,7 +34,7 @@ int CIpCamera::SaveImage(int, int)
 
 const char* CIpCamera::GetLastImage() const
 {
-    return impl_->lastImage.c_str();
+    return "";
 }
 
 void CIpCamera::SetMotionDetectMap(unsigned char*) {}

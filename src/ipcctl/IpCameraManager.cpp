@@ -39,9 +39,11 @@ void CIpCameraManager::DeleteInstance()
 }
 
 CIpCamera* CIpCameraManager::AddIpCamera(int userId)
-{
+try {
     const std::lock_guard lock(impl_->mutex);
     return &impl_->cameras[userId];
+} catch (const std::bad_alloc&) {
+    return nullptr;
 }
 
 CIpCamera* CIpCameraManager::GetIpCamera(int userId)

@@ -1,7 +1,7 @@
 // The interface of the streaming library: camera objects by user id, and players of recordings.
 //
 // The SDK knows the streaming library by this header only, and no member is inline, so that another library with
-// the same interface can take the place of this one. This library does not stream yet: it keeps the camera objects
+// the same interface and object sizes can take the place of this one. This library does not stream yet: it keeps the camera objects
 // and answers as one does that has no stream open.
 #pragma once
 
@@ -26,8 +26,8 @@ struct _record_time_t
 
 /// Called on the streaming library's threads, with the camera or player the frame comes from. A frame is packed
 /// 24-bit colour, width * height * 3 bytes.
-using VideoBufCallBack = int (*)(void* source, void* user, unsigned char* frame, int width, int height, int frameType,
-                                 float frameRate);
+using VideoBufCallBack = int (*)(void* source, void* user, unsigned char* frame, int width, int height,
+                                 int frameType, float frameRate);
 /// Called on the streaming library's threads, with the camera or player the sound comes from.
 using AudioBufCallBack = int (*)(void* source, void* user, short* samples, int count, int channel);
 
@@ -81,7 +81,7 @@ public:
     /// Ends all streams and frees the manager with its cameras. Harmless without one.
     static void DeleteInstance();
 
-    /// Makes the camera object of a user id, or finds the one there is.
+    /// Makes the camera object of a user id, or finds the one there is; null without memory.
     CIpCamera* AddIpCamera(int userId);
     /// The camera object of a user id; null when there is none.
     CIpCamera* GetIpCamera(int userId);

@@ -5,6 +5,7 @@
 namespace kxcam
 {
 
+// Each is defined in the file of its name.
 extern const Area networkArea, wifiArea, ddnsArea, smtpArea, ftpArea, upnpArea, portsArea;
 
 namespace

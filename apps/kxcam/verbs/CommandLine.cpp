@@ -1,5 +1,6 @@
 #include "verbs/CommandLine.h"
 
+#include <iostream>
 #include <sstream>
 
 #include <CLI/CLI.hpp>

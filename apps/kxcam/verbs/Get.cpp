@@ -19,12 +19,14 @@ struct Options
     bool showSecrets = false;
 };
 
-constexpr char footer[] = R"(
+constexpr char footer[] = R"help(
+What a camera has no answer for shows as "(not told)", in JSON as null.
+
 Examples:
   kxcam --host 192.168.1.20 get network
   kxcam --host 192.168.1.20 get ftp --json --show-secrets
 
-Run 'kxcam --help' for --host, --port, --user and the exit codes.)";
+Run 'kxcam --help' for --host, --port, --user and the exit codes.)help";
 
 void printTable(const Area& area, const Record& record, bool showSecrets, Console& console)
 {
@@ -38,6 +40,8 @@ void printTable(const Area& area, const Record& record, bool showSecrets, Consol
 
 nlohmann::ordered_json jsonOf(const Field& field, const Value& value, bool showSecrets)
 {
+    if (!isTold(value))
+        return nullptr;
     if (const int* number = std::get_if<int>(&value))
         return *number;
     const std::string& text = std::get<std::string>(value);

@@ -1,7 +1,7 @@
 // kxcam set AREA key=value...: changes settings and shows what became of them.
 //
-// A set of the SDK sends a whole record, so kxcam reads the record, applies what was given, writes it, and reads it back:
-// a camera says "OK" to much that it does not keep.
+// A set of the SDK sends a whole record, so kxcam reads the record, applies what was given, writes it, and
+// reads it back: a camera says "OK" to much that it does not keep.
 #include <memory>
 
 #include <CLI/CLI.hpp>
@@ -51,10 +51,11 @@ Record applied(Record record, const Assignments& assignments)
     return record;
 }
 
-/// What became of a field; empty when there is nothing to tell. Without an assignment, a change is the camera's own.
+/// What became of a field; empty when there is nothing to tell. Without an assignment, a change is the
+/// camera's own.
 std::string outcome(const Field& field, const Value& before, const Value& after, const Assignment* assignment)
 {
-    if (assignment != nullptr && !field.isRead())
+    if (assignment != nullptr && !isTold(after))
         return displayed(field, assignment->value, false) + " (sent)";
     const std::string now = displayed(field, after, false);
     if (before != after)
@@ -89,7 +90,7 @@ ExitCode judge(const Area& area, const Record& after, const Assignments& assignm
     ExitCode code = ExitCode::Ok;
     for (const auto& [field, given] : assignments) {
         const Value kept = after.value(*field);
-        if (!field->isRead() || kept == given)
+        if (!isTold(kept) || kept == given)
             continue;
         code = ExitCode::NotKept;
         remark(notKept(*field, given, kept));
@@ -110,6 +111,7 @@ ExitCode change(const Area& area, const Assignments& assignments, const Target& 
     Session session(target);
     const Record before = session.read(area);
     const Record wanted = applied(before, assignments);
+    requireTold(area, wanted);
     requireCarriable(area, wanted);
     session.write(area, wanted);
 

@@ -6,14 +6,14 @@
 #include "Core/Timing.h"
 #include "ipcctl/ipcctl.h"
 
-void stopLiveView(UserInfo& session)
+void stopLiveView(UserInfo& session, long userId)
 {
     session.liveWord = 0;
     session.liveDataCallback = nullptr;
     session.liveDataUser = nullptr;
     session.livePlaying = 0;
 
-    CIpCamera* camera = g_IpCameraManager->GetIpCamera(static_cast<int>(session.nUserId));
+    CIpCamera* camera = g_IpCameraManager->GetIpCamera(static_cast<int>(userId));
     if (camera == nullptr)
         return;
     camera->SetDecodeEnable(true, false);

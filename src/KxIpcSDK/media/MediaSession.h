@@ -3,9 +3,9 @@
 
 #include "Core/UserInfo.h"
 
-/// Clears the session's live fields, then switches its streams off. Nothing can reach the cleared callback: decoders go
-/// off first, and their streams close after a pause, the sub stream before the main stream.
-void stopLiveView(UserInfo& session);
+/// Clears the session's live fields, then switches its streams off: the decoders, and after a pause in which the last
+/// frame passes, the sub stream before the main stream, the display and the callbacks.
+void stopLiveView(UserInfo& session, long userId);
 
 /// Stops and frees the session's player.
 void stopPlayback(UserInfo& session);

@@ -95,7 +95,7 @@ int Kx_Ipc_GetDDNS(long userId, DdnsInfo* info)
 int Kx_Ipc_SetDDNS(long userId, DdnsInfo* info)
 {
     CameraCall call(userId, info);
-    if (!call.chipFamily()) // a camera that does not tell its model is not written to
+    if (!call.chipFamily()) // a camera that does not answer is not written to
         return -1;
     Query query;
     if (info->ddnsenable == 0) {

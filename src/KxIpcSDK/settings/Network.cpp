@@ -2,19 +2,33 @@
 #include <KxIpcSDK/KxNetwork.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 #include "KxIpcSDK/CameraCall.h"
 
 namespace
 {
 
+bool parseDotted(const char* text, int (&parts)[4])
+{
+    for (int& part : parts) {
+        char* end = nullptr;
+        part = static_cast<int>(std::strtol(text, &end, 10));
+        const bool last = &part == &parts[3];
+        if (end == text || (!last && *end != '.'))
+            return false;
+        text = end + 1;
+    }
+    return true;
+}
+
 /// Reads a dotted address without leading zeros; what is no dotted address stays as the camera wrote it.
 void readAddress(const OkReply& reply, const char* key, char (&field)[32])
 {
     int part[4];
-    if (reply.text(key, field) &&
-        std::sscanf(field, "%d.%d.%d.%d", &part[0], &part[1], &part[2], &part[3]) == 4)
+    if (reply.text(key, field) && parseDotted(field, part))
         std::snprintf(field, sizeof field, "%d.%d.%d.%d", part[0], part[1], part[2], part[3]);
 }
 
@@ -54,7 +68,8 @@ int Kx_Ipc_SetNetwork(long userId, const NetworkInfo* info)
     if (!sent && !dhcp)
         return -1;
     // Under DHCP a failed request counts as success: the camera may have dropped its old address before it answered.
-    const bool moved = std::strncmp(info->netip, call.host(), sizeof info->netip) != 0;
+    const std::string_view newAddress(info->netip, strnlen(info->netip, sizeof info->netip));
+    const bool moved = newAddress != call.host();
     if (dhcp || moved)
         call.endSession();
     return 0;

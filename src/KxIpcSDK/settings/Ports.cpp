@@ -7,7 +7,7 @@ int Kx_Ipc_GetPortInfo(long userId, PortInfo* info)
 {
     CameraCall call(userId, info);
     const auto reply =
-        call.get<Reply<OkStyle, 512>>("&paratest=httpport&paratest=onvifport&paratest=mainrtspport");
+        call.get<Reply<OkStyle, 512, 128>>("&paratest=httpport&paratest=onvifport&paratest=mainrtspport");
     if (!reply)
         return -1;
     reply.number("httpport", info->httpport);

@@ -13,6 +13,7 @@ enum SmtpSecurity
     Ssl = 2
 };
 
+/// True for exactly 1, not for any other number.
 bool isOn(const OkReply& reply, const char* key)
 {
     int flag = 0;

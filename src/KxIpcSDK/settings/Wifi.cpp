@@ -69,14 +69,14 @@ int Kx_Ipc_GetWifiInfo(long userId, WifiInfo* info)
 {
     CameraCall call(userId, info);
     // The tabs belong to the query: cameras have always been asked so.
-    const OkReply reply =
-        call.get("&paratest=wifissid&paratest=wifimode&paratest=wifiencrypt"
-                 "\t\t&paratest=wepauthtype&paratest=wepkeylength&paratest=wepkeyformat&paratest=wepkeyindex"
-                 "&paratest=wepkey1&paratest=wepkey2&paratest=wepkey3&paratest=wepkey4"
-                 "\t\t&paratest=wpapairwise&paratest=wpakey"
-                 "\t\t&paratest=wpsenable&paratest=wpspincode&paratest=wpsconntype&paratest=wpsroutessid"
-                 "&paratest=wpsroutepin"
-                 "\t\t&paratest=wifidhcp&paratest=wifinip&paratest=wifinmask&paratest=wifigway&paratest=wifidns");
+    const OkReply reply = call.get(
+        "&paratest=wifissid&paratest=wifimode&paratest=wifiencrypt"
+        "\t\t&paratest=wepauthtype&paratest=wepkeylength&paratest=wepkeyformat&paratest=wepkeyindex"
+        "&paratest=wepkey1&paratest=wepkey2&paratest=wepkey3&paratest=wepkey4"
+        "\t\t&paratest=wpapairwise&paratest=wpakey"
+        "\t\t&paratest=wpsenable&paratest=wpspincode&paratest=wpsconntype&paratest=wpsroutessid"
+        "&paratest=wpsroutepin"
+        "\t\t&paratest=wifidhcp&paratest=wifinip&paratest=wifinmask&paratest=wifigway&paratest=wifidns");
     if (!reply)
         return -1;
     reply.text("wifissid", info->wifissid);

@@ -2,8 +2,8 @@
  * @file
  * Log lines for the application.
  */
-#ifndef KXIPCSDK_KXLOG_H
-#define KXIPCSDK_KXLOG_H
+#ifndef KXIPCSDK_KXSDKLOG_H
+#define KXIPCSDK_KXSDKLOG_H
 
 #include <KxIpcSDK/KxExport.h>
 
