@@ -17,8 +17,8 @@ struct Endpoint
     int port = 0;
 };
 
-/// Cameras of this process, each on a loopback address of its own: a client that connects thousands of times a second
-/// would run out of ports towards a single one.
+/// Cameras of this process, each on a loopback address of its own: a client that connects thousands of times
+/// a second would run out of ports towards a single one.
 class Cameras
 {
 public:
@@ -31,7 +31,8 @@ private:
     std::vector<Endpoint> endpoints_;
 };
 
-/// The same in a process of their own, so that their memory is not taken for this one's. Make it before any thread.
+/// The same in a process of their own, so that their memory is not taken for this one's. Make it before any
+/// thread.
 class CameraProcess
 {
 public:

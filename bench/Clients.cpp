@@ -45,11 +45,12 @@ int connectTo(const sockaddr_storage& address, socklen_t size)
 
 bool exchangeBytes(int connection, const std::string& request, char (&reply)[replySize])
 {
-    if (::send(connection, request.data(), request.size(), 0) != static_cast<ssize_t>(request.size()))
+    if (::send(connection, request.data(), request.size(), MSG_NOSIGNAL) !=
+        static_cast<ssize_t>(request.size()))
         return false;
     std::size_t total = 0;
-    while (total < replySize) {
-        const ssize_t count = ::recv(connection, reply + total, replySize - total, 0);
+    while (total < replySize - 1) { // the terminator stays
+        const ssize_t count = ::recv(connection, reply + total, replySize - 1 - total, 0);
         if (count <= 0)
             return count == 0 && total > 0;
         total += static_cast<std::size_t>(count);

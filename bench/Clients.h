@@ -1,5 +1,5 @@
-// Three ways to put the same query to a camera, over connections made for it: the SDK's, the least that can be done, and
-// what an application without the SDK would pick. Each is used by one thread.
+// Three ways to put the same query to a camera, over connections made for it: the SDK's, the least that can
+// be done, and what an application without the SDK would pick. Each is used by one thread.
 #pragma once
 
 #include <cstddef>
@@ -28,8 +28,8 @@ private:
     char reply_[replySize] = {};
 };
 
-/// The floor: blocking sockets without a time limit, one resolution, a request composed beforehand and a reply that
-/// nobody looks at. Connects twice, as the SDK does for its probe, and moves the same bytes.
+/// The floor: blocking sockets without a time limit, one resolution, a request composed beforehand and a
+/// reply that nobody looks at. Connects twice, as the SDK does for its probe, and moves the same bytes.
 class FloorClient
 {
 public:
@@ -65,6 +65,6 @@ private:
     char reply_[replySize] = {};
 };
 
-/// Throws std::runtime_error unless all three get the same reply from a camera and the first two send it the same
-/// request: a comparison of clients that do different things would be worth nothing.
+/// Throws std::runtime_error unless all three get the same reply from a camera and the first two send it the
+/// same request: a comparison of clients that do different things would be worth nothing.
 void requireSameWork();

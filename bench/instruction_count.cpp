@@ -1,5 +1,6 @@
-// User-space instructions of a client's own thread. Callgrind counts what runs between two toggles on the thread that
-// toggles, so neither the start of the program nor the camera, which runs on a thread of its own, is in the counts.
+// User-space instructions of a client's own thread. Callgrind counts what runs between two toggles on the
+// thread that toggles, so neither the start of the program nor the camera, which runs on a thread of its own,
+// is in the counts.
 #include "Modes.h"
 
 #include <cstdio>

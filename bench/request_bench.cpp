@@ -11,8 +11,9 @@ namespace
 
 constexpr int manyThreads = 64;
 
-/// Each thread has a camera of its own, and each run another one than the run before: the connections of one run keep
-/// their ports for a while, and the next run would search ever longer for a free one towards the same camera.
+/// Each thread has a camera of its own, and each run another one than the run before: the connections of one
+/// run keep their ports for a while, and the next run would search ever longer for a free one towards the
+/// same camera.
 const Endpoint& nextCamera()
 {
     static const Cameras cameras(manyThreads);

@@ -17,7 +17,9 @@ scratch=$(mktemp -d)
 simulator=
 trap '[ -z "$simulator" ] || kill "$simulator"; rm -rf "$scratch"' EXIT
 
-title() { printf '\n\033[1m%s\033[0m\n' "$*"; }
+title() {
+    if [ -t 1 ]; then printf '\n\033[1m%s\033[0m\n' "$*"; else printf '\n%s\n' "$*"; fi
+}
 # Shows a command as one would type it, then runs it.
 run() {
     echo "\$ kxcam $camera $*"

@@ -1,6 +1,7 @@
 // Fixture and small helpers for tests that drive the SDK against simulated cameras.
 #pragma once
 
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,14 @@ inline Timing shortTiming()
             .retry = 10us,
             .streamWorker = 1ms,
             .decodersOff = 1ms};
+}
+
+/// Writes a text into a record's field.
+template <std::size_t Size>
+void put(char (&field)[Size], const std::string& text)
+{
+    std::memset(field, 0, Size);
+    text.copy(field, Size - 1);
 }
 
 /// An initialised SDK, ended after the test. Time limits are the real ones unless a test shortens them.
@@ -56,6 +65,15 @@ protected:
             ASSERT_GE(*(camera == &ti ? &tiId : &pageId) = login(*camera), 1000);
         ti.forgetRequests();
         page.forgetRequests();
+    }
+
+    /// The record that a get makes of these answer lines.
+    template <typename Record>
+    Record read(int (*get)(long, Record*), const std::string& lines, Record record = {})
+    {
+        ti.replaceReply("", kxsim::httpReply(lines));
+        EXPECT_EQ(get(tiId, &record), 0);
+        return record;
     }
 
     kxsim::SimCamera ti{{.model = "KX-C200T"}};

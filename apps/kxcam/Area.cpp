@@ -34,8 +34,8 @@ std::string displayed(const Field& field, const Value& value, bool showSecrets)
 std::string accepted(const Field& field)
 {
     std::string text = field.kind == Kind::Text ? "text, at most " + std::to_string(field.size - 1) + " bytes"
-                       : field.kind == Kind::Byte ? "0 to 255"
-                                                  : "number";
+                       : field.lowest == 0      ? "0 to " + std::to_string(field.highest)
+                                                : "number";
     if (field.secret)
         text += ", secret";
     if (field.access == Access::MustGive)

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <span>
 #include <string>
 #include <string_view>
@@ -53,6 +54,8 @@ struct Field
     Access access = Access::ReadWrite;
     bool secret = false;
     bool zeroWhenUntold = false; // a camera that does not tell it means 0
+    int lowest = std::numeric_limits<int>::min();
+    int highest = std::numeric_limits<int>::max();
 
     bool isRead() const { return access == Access::ReadWrite || access == Access::ReadOnly; }
     bool isWritten() const { return access != Access::ReadOnly; }
@@ -144,7 +147,19 @@ constexpr Field field(std::string_view key, std::string_view help)
         else
             member = static_cast<Type>(std::get<int>(value));
     };
-    return {key, help, kind, sizeof(Type), read, write};
+    Field made{key, help, kind, sizeof(Type), read, write};
+    if (kind == Kind::Byte) {
+        made.lowest = 0;
+        made.highest = 255;
+    }
+    return made;
+}
+
+constexpr Field port(Field field)
+{
+    field.lowest = 0;
+    field.highest = 65535;
+    return field;
 }
 
 constexpr Field readOnly(Field field)

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-#include <limits>
 #include <optional>
 
 #include "Failure.h"
@@ -32,17 +31,14 @@ const Field& findField(const Area& area, const std::string& key)
 
 int parseNumber(const Field& field, const std::string& text)
 {
-    const bool byte = field.kind == Kind::Byte;
-    const int lowest = byte ? 0 : std::numeric_limits<int>::min();
-    const int highest = byte ? 255 : std::numeric_limits<int>::max();
     int number = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);
     if (stop != end || error == std::errc::invalid_argument)
         throw wrong("'" + std::string(field.key) + "' takes a whole number, not '" + text + "'");
-    if (error != std::errc() || number < lowest || number > highest)
-        throw wrong("'" + std::string(field.key) + "' takes " + std::to_string(lowest) + " to " +
-                    std::to_string(highest) + ", not " + text);
+    if (error != std::errc() || number < field.lowest || number > field.highest)
+        throw wrong("'" + std::string(field.key) + "' takes " + std::to_string(field.lowest) + " to " +
+                    std::to_string(field.highest) + ", not " + text);
     return number;
 }
 
@@ -91,6 +87,23 @@ Assignment parseAssignment(const Area& area, const std::string& argument)
     if (field.kind == Kind::Text)
         return {&field, parseText(field, value)};
     return {&field, parseNumber(field, value)};
+}
+
+// The SDK cuts what goes beyond 1022 characters; some models spell a setting in a few more than its key has.
+constexpr std::size_t longestSet = 1000;
+
+/// How many characters the settings of a set take: "&ftpip=192.168.1.5", and so on.
+std::size_t lengthOfSet(const Area& area, const Record& record)
+{
+    std::size_t length = 0;
+    for (const Field& field : area.fields) {
+        const Value value = field.isWritten() ? record.value(field) : Value();
+        if (const auto* text = std::get_if<std::string>(&value))
+            length += field.key.size() + text->size() + 2;
+        else if (const auto* number = std::get_if<int>(&value))
+            length += field.key.size() + std::to_string(*number).size() + 2;
+    }
+    return length;
 }
 
 void requireGiven(const Area& area, const Assignments& assignments)
@@ -149,6 +162,10 @@ void requireCarriable(const Area& area, const Record& record)
             throw wrong("the camera's present value of '" + std::string(field.key) + "' " + *why +
                         ", and a set writes it back; give " + std::string(field.key) + "=… too");
     }
+    if (const std::size_t length = lengthOfSet(area, record); length > longestSet)
+        throw wrong("together, the settings of " + std::string(area.name) + " would take " +
+                    std::to_string(length) + " characters; a set carries " + std::to_string(longestSet) +
+                    ". Give shorter texts");
 }
 
 } // namespace kxcam

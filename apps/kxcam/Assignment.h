@@ -28,7 +28,7 @@ const Assignment* findAssignment(const Assignments& assignments, const Field& fi
 /// them nor the person gave them.
 void requireTold(const Area& area, const Record& record);
 
-/// Refuses a record with a text that the camera's language can not carry. As a set sends the whole record,
+/// Refuses a record that one set can not carry, for its length or for a text in it. As a set sends the whole record,
 /// this can be a text that the camera had before.
 void requireCarriable(const Area& area, const Record& record);
 

@@ -10,7 +10,7 @@ namespace
 
 constexpr Field fields[] = {
     field<&FtpInfo::ftpip>("ftpip", "FTP server"),
-    field<&FtpInfo::ftpipport>("ftpipport", "the server's port"),
+    port(field<&FtpInfo::ftpipport>("ftpipport", "the server's port")),
     field<&FtpInfo::ftpuser>("ftpuser", "user name"),
     secret(field<&FtpInfo::ftppassword>("ftppassword", "password")),
     field<&FtpInfo::ftppath>("ftppath", "remote directory"),

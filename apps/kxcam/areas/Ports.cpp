@@ -10,10 +10,11 @@ namespace
 {
 
 constexpr Field fields[] = {
-    field<&PortInfo::httpport>("httpport", "HTTP, which kxcam itself uses"),
-    field<&PortInfo::onvifport>("onvifport", "ONVIF"),
-    field<&PortInfo::mainrtspport>("mainrtspport", "RTSP of the main stream"),
-    mustGive(field<&PortInfo::subrtspport>("subrtspport", "RTSP of the sub stream; a get can not show it")),
+    port(field<&PortInfo::httpport>("httpport", "HTTP, which kxcam itself uses")),
+    port(field<&PortInfo::onvifport>("onvifport", "ONVIF")),
+    port(field<&PortInfo::mainrtspport>("mainrtspport", "RTSP of the main stream")),
+    mustGive(
+        port(field<&PortInfo::subrtspport>("subrtspport", "RTSP of the sub stream; a get can not show it"))),
 };
 
 std::string moved(const void* before, const void* wanted, const Target& target)

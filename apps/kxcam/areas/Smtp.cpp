@@ -11,7 +11,7 @@ namespace
 constexpr Field fields[] = {
     readOnly(field<&SmtpInfo::smtpenable>("smtpenable", "1: e-mail is on")),
     field<&SmtpInfo::smtpip>("smtpip", "mail server"),
-    field<&SmtpInfo::smtpport>("smtpport", "the mail server's port"),
+    port(field<&SmtpInfo::smtpport>("smtpport", "the mail server's port")),
     zeroWhenUntold(field<&SmtpInfo::smtpauth>("smtpauth",
                                               "security: 0 none, 1 TLS, 2 SSL, 3 both (not on every model)")),
     field<&SmtpInfo::smtpuser>("smtpuser", "account name"),

@@ -1,4 +1,6 @@
 // Two pairs of calls make this area: the announcement switch and the port mapping.
+#include <cstring>
+
 #include <KxIpcSDK/KxNetwork.h>
 #include <KxIpcSDK/KxSdk.h>
 
@@ -25,8 +27,8 @@ constexpr Field fields[] = {
     mapping<&Upnp::upnpenable>("upnpenable", "1: port mapping on"),
     mapping<&Upnp::upnpname>("upnpname", "friendly name"),
     mapping<&Upnp::upnptype>("upnptype", "mapping type code"),
-    mapping<&Upnp::upnphttpport>("upnphttpport", "external port mapped to HTTP"),
-    mapping<&Upnp::upnprtspport>("upnprtspport", "external port mapped to RTSP"),
+    port(mapping<&Upnp::upnphttpport>("upnphttpport", "external port mapped to HTTP")),
+    port(mapping<&Upnp::upnprtspport>("upnprtspport", "external port mapped to RTSP")),
     readOnly(mapping<&Upnp::httpport>("httpport", "the camera's HTTP port")),
     readOnly(mapping<&Upnp::mainrtspport>("mainrtspport", "the camera's RTSP port")),
     readOnly(mapping<&Upnp::upnpstatushttp>("upnpstatushttp", "state of the HTTP mapping")),
@@ -35,8 +37,11 @@ constexpr Field fields[] = {
 
 int getUpnp(long userId, Upnp* upnp)
 {
+    const Upnp before = *upnp;
     if (Kx_Ipc_GetUpnpPortMapping(userId, upnp) != 0)
         return -1;
+    if (std::memcmp(&before, upnp, sizeof before) == 0)
+        return 0; // what told nothing of the mapping is hardly a camera that has the switch
     // The switch reads 0 when it is off and when the call fails; only a failure leaves a new error.
     const long errorBefore = Kx_Sdk_GetLastError();
     upnp->scanupnp = static_cast<std::uint8_t>(Kx_Ipc_IsUpnpEnable(userId));

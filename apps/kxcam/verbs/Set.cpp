@@ -55,8 +55,8 @@ Record applied(Record record, const Assignments& assignments)
 /// camera's own.
 std::string outcome(const Field& field, const Value& before, const Value& after, const Assignment* assignment)
 {
-    if (assignment != nullptr && !isTold(after))
-        return displayed(field, assignment->value, false) + " (sent)";
+    if (!isTold(after))
+        return assignment != nullptr ? displayed(field, assignment->value, false) + " (sent)" : "";
     const std::string now = displayed(field, after, false);
     if (before != after)
         return displayed(field, before, false) + " -> " + now +
