@@ -8,7 +8,7 @@ simulator=
 trap '[ -z "$simulator" ] || kill "$simulator"; rm -rf "$scratch"' EXIT
 cmake --install "$1" --prefix "$scratch/prefix" >/dev/null
 libdir=$(dirname "$(find "$scratch/prefix" -name libKxIpcSDK.so)")
-readelf -d "$libdir/libKxIpcSDK.so" | grep -q 'SONAME.*libKxIpcSDK\.so\.1\]'
+grep -q 'SONAME.*libKxIpcSDK\.so\.1\]' <(readelf -dW "$libdir/libKxIpcSDK.so")
 
 cmake -S "$2" -B "$scratch/cmake" -DCMAKE_PREFIX_PATH="$scratch/prefix" >/dev/null
 cmake --build "$scratch/cmake" >/dev/null
@@ -22,6 +22,6 @@ simulator=$!
 until grep -q 'listening' "$scratch/log"; do sleep 0.05; done
 port=$(sed -n 's/.*listening on .*:\([0-9]*\)$/\1/p' "$scratch/log")
 for application in "$scratch/cmake/ftp_target" "$scratch/by_pkg_config"; do
-    KXCAM_PASSWORD=admin "$application" 127.0.0.1 "$port" admin | grep -q 'FTP target: ftp.example.org:2121'
+    [ "$(KXCAM_PASSWORD=admin "$application" 127.0.0.1 "$port" admin | grep '^FTP')" = 'FTP target: ftp.example.org:2121' ]
 done
 "$scratch/prefix/bin/kxcam" --version
