@@ -148,10 +148,14 @@ bool registerReaders()
         const char* linePrefix;
         Reader reader;
     } rows[] = {
-        {"ok/KxSscanf", "OK ", byKxSscanf},      {"ok/string_view::find", "OK ", byStringView},
-        {"ok/strstr+sscanf", "OK ", bySscanf},   {"ok/unordered_map", "OK ", byMap},
-        {"ini/iniGetValueFromStr", "", byInirw}, {"ini/string_view::find", "", byStringView},
-        {"ini/strstr+sscanf", "", bySscanf},     {"ini/unordered_map", "", byMap},
+        {"ok/KxSscanf", "OK ", byKxSscanf},
+        {"ok/string_view::find", "OK ", byStringView},
+        {"ok/strstr+sscanf", "OK ", bySscanf},
+        {"ok/unordered_map", "OK ", byMap},
+        {"ini/inirw", "", byInirw},
+        {"ini/string_view::find", "", byStringView},
+        {"ini/strstr+sscanf", "", bySscanf},
+        {"ini/unordered_map", "", byMap},
     };
     for (const std::size_t kilobytes : {1, 20}) {
         for (const auto& row : rows) {

@@ -58,15 +58,15 @@ time until the reply is there               | real/request/sdk         | libcurl
 requests per second, 64 threads and cameras | rate/crowd/sdk           | floor        | rate/crowd/floor
 ROWS
     for size in 1 20; do
-        readers "a $size KB reply of lines \"OK key=value\"" ok "$size" KxSscanf
-        readers "a $size KB reply of INI lines \"key=value\"" ini "$size" iniGetValueFromStr
+        readers "a $size KB reply of lines \"OK key=value\"" ok "$size" KxSscanf KxSscanf
+        readers "a $size KB reply of INI lines \"key=value\"" ini "$size" inirw iniGetValueFromStr
     done
 }
 
-readers() { # where from, style, size, our reader
+readers() { # where from, style, size, our reader in the facts and in the table
     echo "Ten values out of $1"
     for other in strstr+sscanf string_view::find unordered_map; do
-        echo "$4 | cpu/$2/$4/$3K | $other | cpu/$2/$other/$3K"
+        echo "$5 | cpu/$2/$4/$3K | $other | cpu/$2/$other/$3K"
     done
 }
 

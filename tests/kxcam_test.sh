@@ -99,6 +99,10 @@ expect 0 'ftppassword s3cr3t word ' kxcam "$ti" get ftp --show-secrets
 expect 0 '/"\\\[é ' kxcam "$ti" set ftp 'ftppath=/"\[é'
 expect 0 '"/\\"\\\\\[é"' kxcam "$ti" get ftp --json
 is_json || fail 'is not JSON'
+command='kxcam get ftp --json --verbose'
+kxcam "$ti" get ftp --json --verbose >"$scratch/out" 2>"$scratch/err"
+is_json || fail 'mixes the library into its JSON'
+grep -q == "$scratch/err" || fail 'does not show what the library says'
 tell "$ti" 'ftppath=%1B[2J%FF'
 expect 0 'ftppath \\x1b\[2J' kxcam "$ti" get ftp
 expect 0 '"ftppath": "\\u001b\[2J�"' kxcam "$ti" get ftp --json

@@ -16,6 +16,7 @@ fail() {
 start() {
     local began=${EPOCHREALTIME/[.,]/}
     options=$*
+    : >"$scratch/out" # before the program is there to do so
     "$kxsim" "$@" >"$scratch/out" 2>&1 &
     simulator=$!
     until grep -q listening "$scratch/out"; do

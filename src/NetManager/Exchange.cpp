@@ -27,8 +27,8 @@ bool connectWithin(const FileDescriptor& socket, const sockaddr_in& address, std
 }
 
 /// Cameras take a request that starts again after a partial write, so each attempt writes it from its first byte. The
-/// system's send buffer usually takes a whole request at once; a camera that does not read one that it does not take
-/// costs the limit, and the request fails.
+/// send buffer nearly always takes a whole request at once. Where it does not, a camera that does not read fails the
+/// request after the limit.
 bool sendWhole(const FileDescriptor& socket, std::string_view request, std::chrono::milliseconds limit)
 {
     std::size_t total = 0;
