@@ -46,8 +46,8 @@ TEST(EncodeUrl, StaysInsideItsBuffer)
     } cases[] = {{std::string(20479, 'a'), 20479},
                  {std::string(20480, 'a'), 20479},
                  {std::string(20481, 'a'), 0},
-                 {std::string(20480, ' '), 20478},
-                 {std::string(20477, 'a') + " ", 20477}};
+                 {std::string(20480, ' '), 20479},
+                 {std::string(20478, 'a') + " b", 20479}};
     for (const auto& row : cases) {
         std::string out(urlBufferSize + 1, '#');
         encodeURL(row.source.c_str(), out.data());

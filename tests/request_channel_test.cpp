@@ -1,6 +1,7 @@
 // The request on the wire, and what becomes of the reply.
 #include "SdkTest.h"
 
+#include <csignal>
 #include <cstring>
 #include <memory>
 #include <thread>
@@ -202,6 +203,20 @@ TEST_F(RequestChannel, ReadsASlowReplyToItsEnd)
     EXPECT_STREQ(reply, whole);
 }
 
+TEST_F(RequestChannel, SignalsForTheApplicationDoNotDisturbIt)
+{
+    struct sigaction ignore
+    {
+    };
+    ignore.sa_handler = [](int) {}; // without SA_RESTART: every system call is cut short
+    sigaction(SIGALRM, &ignore, nullptr);
+    camera.setFault({.kind = Fault::Kind::Slow, .bytes = 20, .pause = std::chrono::milliseconds(5)});
+    ualarm(2000, 2000);
+    EXPECT_EQ(request("&paratest=mainrtspport"), 0);
+    ualarm(0, 0);
+    EXPECT_THAT(reply, testing::HasSubstr("OK mainrtspport=554"));
+}
+
 TEST_F(RequestChannel, TouchesTheReplyOnlyWhenItComesToReading)
 {
     g_timing = shortTiming();
@@ -257,7 +272,7 @@ TEST_F(RequestChannel, ConnectsWithinItsTime)
                               .nothingReceived = KX_ERROR_NONE,
                               .refusals = {},
                               .failedReads = failedReads};
-    EXPECT_EQ(exchange(session, "GET", reply, sizeof reply, rules), -1);
+    EXPECT_EQ(exchange(*resolveIpv4(session.host, session.port), "GET", reply, sizeof reply, rules), -1);
     EXPECT_EQ(g_nLastError, KX_ERROR_NETWORK);
 }
 

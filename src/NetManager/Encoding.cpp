@@ -4,6 +4,9 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
+
+#include "NetManager/BoundedText.h"
 
 namespace
 {
@@ -13,11 +16,6 @@ constexpr char base64Char[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvw
 // The last places in get_url_encode's 1024 bytes where a character may begin.
 constexpr std::size_t lastPlain = 1022;
 constexpr std::size_t lastPercent = 1019;
-
-std::uint32_t byteAt(const char* data, std::size_t index, std::size_t length)
-{
-    return index < length ? static_cast<unsigned char>(data[index]) : 0;
-}
 
 bool isPlain(char character)
 {
@@ -35,46 +33,45 @@ std::array<char, 3> percent(char character, char leadingZero)
 
 } // namespace
 
+std::size_t encodeBase64(const char* data, std::size_t length, char* out)
+{
+    const auto* bytes = reinterpret_cast<const unsigned char*>(data);
+    std::size_t i = 0;
+    for (; i + 3 <= length; i += 3) {
+        const auto group = static_cast<std::uint32_t>(bytes[i] << 16 | bytes[i + 1] << 8 | bytes[i + 2]);
+        *out++ = base64Char[group >> 18];
+        *out++ = base64Char[group >> 12 & 63];
+        *out++ = base64Char[group >> 6 & 63];
+        *out++ = base64Char[group & 63];
+    }
+    if (i < length) {
+        const bool two = i + 1 < length;
+        const auto group = static_cast<std::uint32_t>(bytes[i] << 16 | (two ? bytes[i + 1] << 8 : 0));
+        *out++ = base64Char[group >> 18];
+        *out++ = base64Char[group >> 12 & 63];
+        *out++ = two ? base64Char[group >> 6 & 63] : '=';
+        *out++ = '=';
+    }
+    *out = '\0';
+    return base64Size(length) - 1;
+}
+
 char* base64Encode(const char* data, unsigned length)
 {
     if (data == nullptr)
         return nullptr;
-    const std::size_t groups = (std::size_t{length} + 2) / 3;
-    char* text = static_cast<char*>(std::calloc(groups * 4 + 1, 1));
-    if (text == nullptr)
-        return nullptr;
-
-    char* out = text;
-    for (std::size_t i = 0; i < length; i += 3) {
-        const std::uint32_t group =
-            byteAt(data, i, length) << 16 | byteAt(data, i + 1, length) << 8 | byteAt(data, i + 2, length);
-        *out++ = base64Char[group >> 18];
-        *out++ = base64Char[group >> 12 & 63];
-        *out++ = i + 1 < length ? base64Char[group >> 6 & 63] : '=';
-        *out++ = i + 2 < length ? base64Char[group & 63] : '=';
-    }
+    char* text = static_cast<char*>(std::calloc(base64Size(length), 1));
+    if (text != nullptr)
+        encodeBase64(data, length, text);
     return text;
 }
 
 void encodeURL(const char* source, char* destination)
 {
     std::memset(destination, 0, urlBufferSize);
-    const std::size_t length = std::strlen(source);
-    if (length > urlBufferSize)
-        return;
-
-    constexpr std::size_t last = urlBufferSize - 1; // the terminator's place
-    std::size_t used = 0;
-    for (std::size_t i = 0; i < length; ++i) {
-        const bool blank = source[i] == ' ';
-        if (used + (blank ? 3 : 1) > last)
-            return;
-        if (blank)
-            std::memcpy(destination + used, "%20", 3);
-        else
-            destination[used] = source[i];
-        used += blank ? 3 : 1;
-    }
+    const std::string_view query(source);
+    if (query.size() <= urlBufferSize)
+        BoundedText(destination, urlBufferSize).addEscaped(query);
 }
 
 std::string EncodeURI(const char* text)

@@ -9,8 +9,15 @@ inline constexpr std::size_t urlBufferSize = 20480;
 /// Standard base64 with padding; terminated, made with calloc, freed by the caller. Null for null data or no memory.
 char* base64Encode(const char* data, unsigned length);
 
+/// The same into base64Size(length) bytes; returns the number of characters.
+std::size_t encodeBase64(const char* data, std::size_t length, char* out);
+constexpr std::size_t base64Size(std::size_t length)
+{
+    return (length + 2) / 3 * 4 + 1;
+}
+
 /// Copies a query with each blank as "%20" and everything else as it is. The destination has urlBufferSize bytes, all
-/// written; it stays empty for a source above 20480 characters, and ends before the character that would not fit.
+/// written; it stays empty for a source above 20480 characters, and ends after 20479 characters.
 void encodeURL(const char* source, char* destination);
 
 /// Percent-encodes every byte but ! # $ & ' ( ) * . / : ; = ? @ : letters and digits too, as cameras expect it in

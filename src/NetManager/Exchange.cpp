@@ -19,20 +19,20 @@ constexpr int toleratedReadErrors = 5; // in a row; the next one ends the readin
 /// shows when the request is sent.
 bool connectWithin(const FileDescriptor& socket, const sockaddr_in& address, std::chrono::milliseconds limit)
 {
-    setBlocking(socket, false);
-    ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address);
-    const Wait outcome = waitFor(socket, Writable | Exception, limit);
-    setBlocking(socket, true);
-    return outcome != Wait::TimedOut;
+    setSendLimit(socket, limit);
+    if (::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
+        return true;
+    if (errno == EINTR) // the attempt goes on
+        return waitFor(socket, Writable | Exception, limit) != Wait::TimedOut;
+    return errno != EINPROGRESS;
 }
 
 /// Cameras take a request that starts again after a partial write, so each attempt writes it from its first byte. The
 /// send buffer nearly always takes a whole request at once. Where it does not, a camera that does not read fails the
 /// request after the limit.
-bool sendWhole(const FileDescriptor& socket, std::string_view request, std::chrono::milliseconds limit)
+bool sendWhole(const FileDescriptor& socket, std::string_view request)
 {
     std::size_t total = 0;
-    setSendLimit(socket, limit);
     while (total < request.size()) {
         const ssize_t written = ::send(socket.get(), request.data(), request.size(), MSG_NOSIGNAL);
         if (written > 0)
@@ -48,12 +48,21 @@ bool sendWhole(const FileDescriptor& socket, std::string_view request, std::chro
 /// Counts a failed read; true when the reading must end.
 bool readFailedForGood(std::atomic<int>& failedReads)
 {
-    if (errno == EINTR || errno == EAGAIN)
+    if (errno == EINTR)
         return false;
+    if (errno == EAGAIN) // nothing came within the limit
+        return true;
     if (failedReads.fetch_add(1) >= toleratedReadErrors)
         return true;
     std::this_thread::sleep_for(g_timing.retry);
     return false;
+}
+
+/// All threads share the counter: it is written only when that changes it.
+void forgetFailedReads(std::atomic<int>& failedReads)
+{
+    if (failedReads.load(std::memory_order_relaxed) != 0)
+        failedReads.store(0, std::memory_order_relaxed);
 }
 
 /// Reads until the camera closes the connection, the reply is full or reads go on failing; returns the number of bytes
@@ -63,49 +72,54 @@ std::size_t receive(const FileDescriptor& socket, std::span<char> reply, std::at
 {
     char chunk[4096];
     std::size_t total = 0;
-    do {
-        const ssize_t count = ::recv(socket.get(), chunk, sizeof chunk, MSG_DONTWAIT);
+    setReceiveLimit(socket, g_timing.stalledReply);
+    while (total < reply.size()) {
+        const ssize_t count = ::recv(socket.get(), chunk, sizeof chunk, 0);
         if (count == 0 || (count < 0 && readFailedForGood(failedReads)))
             break;
         if (count < 0)
             continue;
-        failedReads = 0;
+        forgetFailedReads(failedReads);
         if (total < reply.size() - 1)
             std::memcpy(&reply[total], chunk,
                         std::min<std::size_t>(static_cast<std::size_t>(count), reply.size() - 1 - total));
         total += static_cast<std::size_t>(count);
-    } while (total < reply.size() && waitFor(socket, Readable, g_timing.stalledReply) != Wait::TimedOut);
+    }
     return total;
 }
 
+/// Looks for all refusals in two passes, one for each character that they begin with; the list's first one counts.
 int judge(std::string_view reply, std::span<const Refusal> refusals)
 {
-    for (const Refusal& refusal : refusals) {
-        if (reply.find(refusal.text) != std::string_view::npos)
-            return failWith(refusal.error);
+    std::size_t found = refusals.size();
+    for (const char statusClass : {'4', '5'}) {
+        for (std::size_t at = reply.find(statusClass); at != reply.npos;
+             at = reply.find(statusClass, at + 1)) {
+            for (std::size_t i = 0; i < found; ++i) {
+                if (reply.substr(at).starts_with(refusals[i].text))
+                    found = i;
+            }
+        }
     }
-    return 0;
+    return found == refusals.size() ? 0 : failWith(refusals[found].error);
 }
 
 } // namespace
 
-int exchange(const UserInfo& session, std::string_view request, char* reply, int replySize,
+int exchange(const sockaddr_in& address, std::string_view request, char* reply, int replySize,
              const ExchangeRules& rules)
 {
-    const auto address = resolveIpv4(session.host, session.port);
-    if (!address)
-        return failWith(KX_ERROR_NETWORK);
     const FileDescriptor socket = makeTcpSocket();
     if (!socket)
         return -1;
-    if (!connectWithin(socket, *address, rules.connectWait) || !sendWhole(socket, request, rules.connectWait))
+    if (!connectWithin(socket, address, rules.connectWait) || !sendWhole(socket, request))
         return failWith(KX_ERROR_NETWORK);
     const Wait outcome = waitFor(socket, Readable | Exception, rules.replyWait);
     if (outcome == Wait::TimedOut)
         return failWith(KX_ERROR_NETWORK);
 
     std::memset(reply, 0, static_cast<std::size_t>(replySize) - 1);
-    rules.failedReads = 0;
+    forgetFailedReads(rules.failedReads);
     std::size_t received = 0;
     if (outcome != Wait::Exceptional)
         received = receive(socket, {reply, static_cast<std::size_t>(replySize)}, rules.failedReads);

@@ -6,13 +6,14 @@
 #include <span>
 #include <string_view>
 
-#include "Core/LastError.h"
-#include "Core/UserInfo.h"
+#include <netinet/in.h>
 
-/// A text that, found anywhere in a reply, makes the request fail.
+#include "Core/LastError.h"
+
+/// A status text ("4..." or "5...") that, found anywhere in a reply, makes the request fail.
 struct Refusal
 {
-    const char* text;
+    std::string_view text;
     KxError error;
 };
 
@@ -26,8 +27,8 @@ struct ExchangeRules
     std::atomic<int>& failedReads; // consecutive ones, counted over all concurrent requests of the function
 };
 
-/// Sends the request to the session's camera and fills `reply` with the first replySize - 1 bytes of what comes back
-/// as it comes (status line, headers, body), then zeros; its last byte is never written. The reply stays untouched when
-/// it came to no reading. Returns 0; or -1 with the last error set, except when the system has no socket.
-int exchange(const UserInfo& session, std::string_view request, char* reply, int replySize,
+/// Sends the request to the camera at this address and fills `reply` with the first replySize - 1 bytes of what
+/// comes back as it comes (status line, headers, body), then zeros; its last byte is never written. The reply stays
+/// untouched when it came to no reading. Returns 0; or -1 with the last error set, except when the system has no socket.
+int exchange(const sockaddr_in& address, std::string_view request, char* reply, int replySize,
              const ExchangeRules& rules);

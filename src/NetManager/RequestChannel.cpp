@@ -1,17 +1,17 @@
 #include "NetManager/RequestChannel.h"
 
-#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
+#include <optional>
+#include <string_view>
 
 #include <sys/socket.h>
 
 #include "Core/Timing.h"
 #include "Log/KxLog.h"
+#include "NetManager/BoundedText.h"
 #include "NetManager/Encoding.h"
 #include "NetManager/Exchange.h"
 #include "NetManager/Socket.h"
@@ -25,6 +25,8 @@ constexpr std::size_t requestSize = urlBufferSize;
 constexpr std::size_t settingsBound = requestSize - 1;
 constexpr std::size_t adminBound = requestSize;
 
+constexpr std::size_t longestQuery = urlBufferSize; // a longer one is left out
+
 constexpr int lingerSeconds = 3;
 
 // "403 Forbidden" is missing on purpose: callers that care look for it themselves.
@@ -37,46 +39,67 @@ constexpr Refusal refusals[] = {
 
 std::atomic<int> nReadTimes{0};
 
-struct FreeText
-{
-    void operator()(char* text) const { std::free(text); }
-};
-
-using OwnedText = std::unique_ptr<char, FreeText>;
-
-OwnedText credentials(const UserInfo& session)
+void addCredentials(BoundedText& request, const UserInfo& session)
 {
     char plain[256];
-    std::snprintf(plain, sizeof plain, "%s:%s", session.user, session.password);
-    return OwnedText(base64Encode(plain, static_cast<unsigned>(std::strlen(plain))));
+    BoundedText both(plain, sizeof plain);
+    both.add(session.user);
+    both.add(":");
+    both.add(session.password);
+    char encoded[base64Size(sizeof plain)];
+    request.add({encoded, encodeBase64(plain, both.text().size(), encoded)});
 }
 
-/// Writes the whole request, as far as it fits its bound; returns its length, or 0 without memory.
-std::size_t composeRequest(char (&request)[requestSize], const UserInfo& session, const char* query,
+void addLoginTarget(BoundedText& request, const UserInfo& session)
+{
+    request.add("GET /vb.htm?action=get.network.general&user=");
+    request.addEscaped(session.user);
+    request.add("&pwd=");
+    request.addEscaped(session.password);
+    request.add("&");
+}
+
+/// Writes the whole request, as far as it fits its bound; returns its length.
+std::size_t composeRequest(char (&buffer)[requestSize], const UserInfo& session, std::string_view query,
                            bool admin)
 {
-    const OwnedText basic = credentials(session);
-    if (!basic)
-        return 0;
+    BoundedText request(buffer, admin ? adminBound : settingsBound);
+    if (admin)
+        request.add("GET /cgi-bin/admin/admin.cgi?");
+    else if (query.empty())
+        addLoginTarget(request, session);
+    else
+        request.add(query[0] == '&' ? "GET /vb.htm?language=ie" : "GET /vb.htm?");
+    if (query.size() <= longestQuery)
+        request.addEscaped(query);
+    request.add(" HTTP/1.1\r\nHost: ");
+    request.add(session.host);
+    request.add(":");
+    request.add(session.port);
+    request.add("\r\nConnection: Keep-Alive\r\nAuthorization: Basic ");
+    addCredentials(request, session);
+    request.add("\r\n\r\n");
+    return request.text().size();
+}
 
-    char loginPath[256];
-    const char* path = query[0] == '&' ? "/vb.htm?language=ie" : "/vb.htm?";
-    if (admin) {
-        path = "/cgi-bin/admin/admin.cgi?";
-    } else if (query[0] == '\0') { // the login request is escaped as a whole, path included
-        std::snprintf(loginPath, sizeof loginPath, "/vb.htm?action=get.network.general&user=%s&pwd=%s&",
-                      session.user, session.password);
-        path = "";
-        query = loginPath;
+/// The host's address, if the host reacts. A name is resolved once, for the probe and for the request after it.
+std::optional<sockaddr_in> probe(const char* host, int port)
+{
+    const FileDescriptor socket = makeTcpSocket(SOCK_NONBLOCK);
+    if (!socket) {
+        KxOutputDebugInfo(1, "Create TCP Socket ERROR!");
+        return std::nullopt;
     }
-    char escaped[urlBufferSize];
-    encodeURL(query, escaped);
-    const std::size_t bound = admin ? adminBound : settingsBound;
-    const int length = std::snprintf(request, bound,
-                                     "GET %s%s HTTP/1.1\r\nHost: %s:%d\r\nConnection: Keep-Alive\r\n"
-                                     "Authorization: Basic %s\r\n\r\n",
-                                     path, escaped, session.host, session.port, basic.get());
-    return std::min(static_cast<std::size_t>(length), bound - 1);
+    if (!setLinger(socket, lingerSeconds))
+        return std::nullopt;
+    const auto address = resolveIpv4(host, port);
+    if (!address)
+        return std::nullopt;
+    ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&*address), sizeof *address);
+    if (waitFor(socket, Readable | Writable | Exception, g_timing.probe) != Wait::TimedOut)
+        return address;
+    std::printf("[KxLog]:Fun(IpcNet::IsHostConnect)->{select} | err=%s\n", std::strerror(errno));
+    return std::nullopt;
 }
 
 } // namespace
@@ -85,19 +108,18 @@ int DoRequest(UserInfo* session, const char* query, char* reply, int replySize, 
 {
     if (session == nullptr || query == nullptr || reply == nullptr || replySize < 1)
         return -1;
-    if (IsHostConnect(session->host, session->port) == 0)
+    const auto address = probe(session->host, session->port);
+    if (!address)
         return failWith(KX_ERROR_NETWORK);
 
     char request[requestSize];
     const std::size_t length = composeRequest(request, *session, query, admin != 0);
-    if (length == 0)
-        return -1;
     const ExchangeRules rules{.connectWait = g_timing.connect,
                               .replyWait = g_timing.firstReply,
                               .nothingReceived = KX_ERROR_NETWORK,
                               .refusals = refusals,
                               .failedReads = nReadTimes};
-    return exchange(*session, {request, length}, reply, replySize, rules);
+    return exchange(*address, {request, length}, reply, replySize, rules);
 }
 
 int IsHostConnect(const char* host, int port)
@@ -106,21 +128,5 @@ int IsHostConnect(const char* host, int port)
         KxOutputDebugInfo(1, "[KxLog]:Fun(IpcNet::IsHostConnect)->{sHost = NULL}");
         return 0;
     }
-    const FileDescriptor socket = makeTcpSocket();
-    if (!socket) {
-        KxOutputDebugInfo(1, "Create TCP Socket ERROR!");
-        return 0;
-    }
-    if (!setLinger(socket, lingerSeconds))
-        return 0;
-    const auto address = resolveIpv4(host, port);
-    if (!address || !setBlocking(socket, false))
-        return 0;
-
-    ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&*address), sizeof *address);
-    if (waitFor(socket, Readable | Writable | Exception, g_timing.probe) == Wait::TimedOut) {
-        std::printf("[KxLog]:Fun(IpcNet::IsHostConnect)->{select} | err=%s\n", std::strerror(errno));
-        return 0;
-    }
-    return 1;
+    return probe(host, port) ? 1 : 0;
 }

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include <netinet/in.h>
+#include <poll.h>
 
 /// Owns a file descriptor.
 class FileDescriptor
@@ -25,24 +26,24 @@ private:
 /// The first IPv4 address of a host.
 std::optional<sockaddr_in> resolveIpv4(const char* host, int port);
 
-/// A new IPv4 stream socket; false when there is none to be had.
-FileDescriptor makeTcpSocket();
-
-/// Switches between blocking and non-blocking; false when the system refuses.
-bool setBlocking(const FileDescriptor& socket, bool blocking);
+/// A new IPv4 stream socket; false when there is none to be had. SOCK_NONBLOCK is a possible flag.
+FileDescriptor makeTcpSocket(int flags = 0);
 
 /// On close, waits up to this long for unsent data to leave; false when the system refuses.
 bool setLinger(const FileDescriptor& socket, int seconds);
 
-/// How long a write may wait for room, from now on; -1 and EAGAIN after that.
+/// How long a connect and a write may take, from now on: -1 after that, and EINPROGRESS or EAGAIN.
 void setSendLimit(const FileDescriptor& socket, std::chrono::milliseconds limit);
+
+/// How long a read may wait for the next bytes, from now on: -1 after that, and EAGAIN.
+void setReceiveLimit(const FileDescriptor& socket, std::chrono::milliseconds limit);
 
 /// What to wait for on a socket; combined with |.
 enum WaitSet : unsigned
 {
-    Readable = 1,
-    Writable = 2,
-    Exception = 4 // urgent data
+    Readable = POLLIN,
+    Writable = POLLOUT,
+    Exception = POLLPRI // urgent data
 };
 
 enum class Wait
@@ -54,5 +55,6 @@ enum class Wait
 };
 
 /// Waits with poll, so that descriptors of any number do. An error or a hang-up counts as ready, since the next
-/// operation will tell it. A signal does not cut the wait short. A time-out leaves errno as it was.
+/// operation will tell it. A signal does not cut the wait short; the limit then counts from the first one. A time-out
+/// leaves errno as it was.
 Wait waitFor(const FileDescriptor& socket, unsigned waitSet, std::chrono::milliseconds limit);

@@ -118,9 +118,8 @@ const char* skipLineEnd(const char* lineEnd, const char* end)
 /// The first place from `start` on where the text is `wanted`; `end` if there is none.
 const char* findText(std::string_view wanted, const char* start, const char* end)
 {
-    const std::string_view text(start, static_cast<std::size_t>(end - start));
-    const std::size_t hit = text.find(wanted);
-    return hit == std::string_view::npos ? end : start + hit;
+    const void* hit = memmem(start, static_cast<std::size_t>(end - start), wanted.data(), wanted.size());
+    return hit != nullptr ? static_cast<const char*>(hit) : end;
 }
 
 /// The name inside a header's brackets.
