@@ -6,6 +6,7 @@ export KXCAM_PASSWORD=pass-of-the-login
 bin=$1
 scratch=$(mktemp -d)
 simulators=()
+credentials=$(printf 'admin:%s' "$KXCAM_PASSWORD" | base64)
 trap 'kill "${simulators[@]}"; rm -rf "$scratch"' EXIT
 failures=0
 
@@ -16,6 +17,7 @@ fail() {
 }
 # simulate NAME OPTIONS...: starts a camera; its port becomes $NAME, its log is $scratch/NAME
 simulate() {
+    : >"$scratch/$1"
     "$bin/kxsim" --port 0 --password "$KXCAM_PASSWORD" "${@:2}" >"$scratch/$1" &
     simulators+=($!)
     until grep -q listening "$scratch/$1"; do
@@ -27,14 +29,18 @@ simulate() {
 # expect STATUS PATTERN COMMAND...: the exit code, and what the output holds, taken as one line with single blanks.
 # Never does it hold the password or a line of the library, and what is no result stands marked on standard error.
 expect() {
-    local status=0 said
+    local status=0 out err said line
     command="${*:3}"
     "${@:3}" >"$scratch/out" 2>"$scratch/err" </dev/null || status=$?
-    said=$(cat "$scratch/out" "$scratch/err" | tr -s '\n ' ' ')
+    read -rd '' -a out <"$scratch/out"
+    read -rd '' -a err <"$scratch/err"
+    said="${out[*]} ${err[*]}"
     [ $status = "$1" ] || fail "exit code $status instead of $1"
     [[ $said =~ $2 ]] || fail "does not say: $2"
     [[ ! $said =~ $KXCAM_PASSWORD|====|KxLog ]] || fail "says too much"
-    ! grep -qv -e '^kxcam: ' -e '^Run ' "$scratch/err" || fail "has something unmarked on standard error"
+    while read -r line; do
+        [[ $line =~ ^(kxcam: |Run ) ]] || fail "does not mark this as a remark: $line"
+    done <"$scratch/err"
 }
 # The same, when the camera must not hear of it.
 expect_unsent() {
@@ -47,8 +53,7 @@ kxcam() { "$bin/kxcam" --host 127.0.0.1 --port "$@"; }
 # tell PORT QUERY: a request that kxcam would not make
 tell() {
     exec 9<>"/dev/tcp/127.0.0.1/$1"
-    printf 'GET /vb.htm?%s HTTP/1.1\r\nAuthorization: Basic %s\r\n\r\n' "$2" \
-        "$(printf 'admin:%s' "$KXCAM_PASSWORD" | base64)" >&9
+    printf 'GET /vb.htm?%s HTTP/1.1\r\nAuthorization: Basic %s\r\n\r\n' "$2" "$credentials" >&9
     cat <&9 >/dev/null
     exec 9>&-
 }
@@ -58,7 +63,7 @@ is_json() {
     object=$(tr -d '\n' <"$scratch/out")
     [[ $object =~ ^\{("  \""[a-z0-9]+\":\ $value,)*"  \""[a-z0-9]+\":\ $value\}$ ]]
 }
-# From another process than a terminal's.
+# piped LINE PORT ARGUMENTS...: kxcam with a line to read
 piped() { printf '%s\n' "$1" | kxcam "${@:2}"; }
 
 ti='' page='' # ports
@@ -88,7 +93,8 @@ upnp upnpname cam
 upnp scanupnp 0
 ports onvifport 9000 subrtspport=555
 END
-expect 5 'did not keep the new ddnsdomain: given www.x.org, it has \(empty\)' kxcam "$page" set ddns ddnsdomain=www.x.org
+expect 5 'did not keep the new ddnsdomain: given www.x.org, it has \(empty\)' \
+    kxcam "$page" set ddns ddnsdomain=www.x.org
 
 # Secrets, and texts made to do harm.
 expect 0 'ftppassword \*{8} ' kxcam "$ti" get ftp
@@ -110,7 +116,8 @@ tell "$ti" 'ftppath=/a%26ftpuser=thief'
 expect 2 "present value of 'ftppath' contains '&'.* give ftppath=… too" kxcam "$ti" set ftp ftpipport=22
 expect 0 'ftpipport 21 -> 22 ftppath .* -> / ' kxcam "$ti" set ftp ftpipport=22 ftppath=/
 long=$(printf %255s '' | tr ' ' s)
-expect 2 'would take 1[0-9]{3} characters' kxcam "$ti" set smtp "smtpsender=$long" "emailuser=$long" "smtppwd=$long$long"
+expect 2 'would take 1[0-9]{3} characters' \
+    kxcam "$ti" set smtp "smtpsender=$long" "emailuser=$long" "smtppwd=$long$long"
 tell "$ti" "ddnspassword=$long$long&ddnsurl=$long$long"
 expect 1 'did not tell all of ddns' kxcam "$ti" set ddns ddnshttpport=81
 ! grep -q -e '&ftpipport=22.*thief' -e '&smtp.*=sss' -e '&ddnshttpport=81' "$scratch/ti" || fail 'was sent'
@@ -122,7 +129,8 @@ expect_unsent 2 "'scanupnp' takes 0 to 255, not 256" kxcam "$ti" set upnp scanup
 expect_unsent 2 "'httpport' takes 0 to 65535, not 80800" kxcam "$ti" set ports subrtspport=1 httpport=80800
 expect_unsent 2 "'smtpauth' takes -2147483648 to 2147483647" kxcam "$ti" set smtp smtpauth=2147483648
 expect_unsent 2 "'ftpipport' takes a whole number, not '21 '" kxcam "$ti" set ftp 'ftpipport=21 '
-expect_unsent 2 "value of 'ftppassword' has 32 bytes; the field holds 31" kxcam "$ti" set ftp "ftppassword=$(printf %32s x)"
+expect_unsent 2 "value of 'ftppassword' has 32 bytes; the field holds 31" \
+    kxcam "$ti" set ftp "ftppassword=$(printf %32s x)"
 expect_unsent 2 "contains '&'" kxcam "$ti" set ftp 'ftppath=/a&reboot'
 expect_unsent 2 'hexadecimal' kxcam "$ti" set ftp 'ftppath=/%41'
 expect_unsent 2 'line break' kxcam "$ti" set ftp $'ftppath=/\r\nX: y'
@@ -133,7 +141,8 @@ expect_unsent 2 "no area 'clock'\. Areas: network, wifi," kxcam "$ti" get clock
 expect_unsent 2 "--bogus.* Run 'kxcam get --help'" kxcam "$ti" get ftp --bogus
 expect_unsent 2 'Give one of: get set test-smtp' kxcam "$ti"
 expect_unsent 2 'Give its address with --host' "$bin/kxcam" get ftp
-expect_unsent 2 'password is longer than 30 bytes' env KXCAM_PASSWORD="$(printf %31s x)" "$bin/kxcam" --host 127.0.0.1 get ftp
+expect_unsent 2 'password is longer than 30 bytes' \
+    env KXCAM_PASSWORD="$(printf %31s x)" "$bin/kxcam" --host 127.0.0.1 --port "$ti" get ftp
 expect_unsent 2 'no password: set the environment variable KXCAM_PASSWORD' \
     setsid -w env -u KXCAM_PASSWORD "$bin/kxcam" --host 127.0.0.1 --port "$ti" get ftp
 expect_unsent 0 'Keys of ftp: .* ftppassword text, at most 31 bytes, secret ' kxcam "$ti" set ftp
@@ -149,7 +158,8 @@ expect 0 '^sent $' kxcam "$ti" test-smtp
 expect 0 'netip 127.0.0.1 -> 10.1.2.3 .*not read back.* Log in there: kxcam --host 10.1.2.3 --port' \
     kxcam "$ti" set network netip=10.1.2.3
 expect 0 'DHCP server, which lists it under .* --host ADDRESS' kxcam "$ti" set network dhcpenable=1
-expect 0 'answers on port 8081.* --host 127.0.0.1 --port 8081 get ports' kxcam "$ti" set ports httpport=8081 subrtspport=555
+expect 0 'answers on port 8081.* --host 127.0.0.1 --port 8081 get ports' \
+    kxcam "$ti" set ports httpport=8081 subrtspport=555
 everything=(scanupnp=0 upnpenable=1 upnpname=x upnptype=1 upnphttpport=1 upnprtspport=1)
 while read -r name status options; do
     # shellcheck disable=SC2086 # the options are meant to be split

@@ -118,6 +118,8 @@ const char* skipLineEnd(const char* lineEnd, const char* end)
 /// The first place from `start` on where the text is `wanted`; `end` if there is none.
 const char* findText(std::string_view wanted, const char* start, const char* end)
 {
+    if (wanted.empty())
+        return start;
     const void* hit = memmem(start, static_cast<std::size_t>(end - start), wanted.data(), wanted.size());
     return hit != nullptr ? static_cast<const char*>(hit) : end;
 }
