@@ -177,15 +177,23 @@ forbidden 3 --fault status --fault-status 403
 END
 
 # On a terminal, the password is asked for and does not show.
-mkfifo "$scratch/keys"
-command='kxcam on a terminal'
-env -u KXCAM_PASSWORD script -qec "'$bin/kxcam' --host 127.0.0.1 --port $ti get smtp" /dev/null \
-    <"$scratch/keys" >"$scratch/out" &
-exec 8>"$scratch/keys"
-until grep -q 'Password of admin at' "$scratch/out" || ! kill -0 $!; do sleep 0.01; done
-echo "$KXCAM_PASSWORD" >&8
-wait $! || fail "exit code $?"
-grep -q 'mail server' "$scratch/out" || fail 'does not describe the settings'
-! grep -q "$KXCAM_PASSWORD" "$scratch/out" || fail 'shows the password'
+ask_on_a_terminal() {
+    command='kxcam on a terminal'
+    mkfifo "$scratch/keys"
+    env -u KXCAM_PASSWORD script -qec "'$bin/kxcam' --host 127.0.0.1 --port $ti get smtp" /dev/null \
+        <"$scratch/keys" >"$scratch/out" &
+    local terminal=$!
+    exec 8>"$scratch/keys"
+    until grep -q 'Password of admin at' "$scratch/out" || ! kill -0 $terminal; do sleep 0.01; done
+    echo "$KXCAM_PASSWORD" >&8
+    wait $terminal || fail "exit code $?"
+    grep -q 'mail server' "$scratch/out" || fail 'does not describe the settings'
+    ! grep -q "$KXCAM_PASSWORD" "$scratch/out" || fail 'shows the password'
+}
+if script -qec true /dev/null >/dev/null 2>&1; then
+    ask_on_a_terminal
+else
+    echo 'skipped: the password prompt, which is tested where the system has pseudo-terminals'
+fi
 
 [ $failures = 0 ]
