@@ -42,6 +42,7 @@ void addCommonOptions(CLI::App& app, CommandLine& line)
         ->check(CLI::Range(1, 65535).description(""))
         ->capture_default_str();
     app.add_option("--user", line.target.user, "User name")->type_name("NAME")->capture_default_str();
+    app.add_flag("--json", line.json, "Print one JSON object, for programs");
     app.add_flag("--verbose", line.verbose, "Show on standard error what the library says");
     app.set_version_flag("--version", "kxcam " KXCAM_VERSION);
 }

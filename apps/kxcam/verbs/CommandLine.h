@@ -19,6 +19,7 @@ namespace kxcam
 struct CommandLine
 {
     Target target;
+    bool json = false;
     bool verbose = false;
     std::function<ExitCode(Console&)> verb; // set by the verb that the person chose
 };

@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include "Assignment.h"
+#include "Json.h"
 #include "areas/Areas.h"
 #include "verbs/CommandLine.h"
 
@@ -33,7 +34,9 @@ Examples:
   kxcam --host 192.168.1.20 set ftp ftpip=192.168.1.5 ftppassword=-
   kxcam --host 192.168.1.20 set smtp smtpip=mail.example.com smtpport=587 smtpauth=1
 
-Run 'kxcam --help' for --host, --port, --user and the exit codes.)";
+With --json, all settings of the area are printed as they are afterwards.
+
+Run 'kxcam --help' for --host, --port, --user, --json and the exit codes.)";
 
 void printKeys(const Area& area, Console& console)
 {
@@ -106,31 +109,41 @@ std::string movedTo(const Area& area, const Record& before, const Record& wanted
     return area.quirks.moved ? area.quirks.moved(before.data(), wanted.data(), target) : "";
 }
 
-ExitCode change(const Area& area, const Assignments& assignments, const Target& target, Console& console)
+/// What became of the settings: for programs all of them, for people those that were to change.
+void report(const Area& area, const Record& before, const Record& after, const Assignments& assignments,
+            bool json, Console& console)
 {
-    Session session(target);
+    if (json)
+        printJson(area, after, false, console);
+    else
+        printOutcome(area, before, after, assignments, console);
+}
+
+ExitCode change(const Area& area, const Assignments& assignments, const CommandLine& line, Console& console)
+{
+    Session session(line.target);
     const Record before = session.read(area);
     const Record wanted = applied(before, assignments);
     requireTold(area, wanted);
     requireCarriable(area, wanted);
     session.write(area, wanted);
 
-    const std::string whereNow = movedTo(area, before, wanted, target);
+    const std::string whereNow = movedTo(area, before, wanted, line.target);
     if (!whereNow.empty()) {
-        printOutcome(area, before, wanted, assignments, console);
+        report(area, before, wanted, assignments, line.json, console);
         remark("sent, but not read back. " + whereNow);
         return ExitCode::Ok;
     }
     const Record after = session.read(area);
-    printOutcome(area, before, after, assignments, console);
+    report(area, before, after, assignments, line.json, console);
     return judge(area, after, assignments);
 }
 
-ExitCode set(const Options& options, const Target& target, Console& console)
+ExitCode set(const Options& options, const CommandLine& line, Console& console)
 {
     const Area& area = findArea(options.area);
     if (!options.assignments.empty())
-        return change(area, parseAssignments(area, options.assignments), target, console);
+        return change(area, parseAssignments(area, options.assignments), line, console);
     printKeys(area, console);
     return ExitCode::Ok;
 }
@@ -145,7 +158,7 @@ void addSet(CLI::App& app, CommandLine& line)
     verb->add_option("ASSIGNMENTS", options->assignments, "key=value, one or more")->type_name("");
     verb->footer(areaHelp() + footer);
     verb->callback([options, &line] {
-        line.verb = [options, &line](Console& console) { return set(*options, line.target, console); };
+        line.verb = [options, &line](Console& console) { return set(*options, line, console); };
     });
 }
 

@@ -15,19 +15,19 @@ constexpr char footer[] = R"(The mail goes out with the settings that `kxcam get
 Example:
   kxcam --host 192.168.1.20 test-smtp
 
-Run 'kxcam --help' for --host, --port, --user and the exit codes.)";
+Run 'kxcam --help' for --host, --port, --user, --json and the exit codes.)";
 
-ExitCode testSmtp(const Target& target, Console& console)
+ExitCode testSmtp(const CommandLine& line, Console& console)
 {
-    Session session(target);
+    Session session(line.target);
     switch (Kx_Ipc_TestSMTP(session.userId())) {
     case 0:
-        console.print("sent\n");
+        console.print(line.json ? "{\"sent\": true}\n" : "sent\n");
         return ExitCode::Ok;
     case 1:
         throw Failure(ExitCode::Refused, "the camera could not send the test mail; check `kxcam get smtp`");
     default:
-        throw sdkFailure("the test mail of " + target.address());
+        throw sdkFailure("the test mail of " + line.target.address());
     }
 }
 
@@ -37,8 +37,7 @@ void addTestSmtp(CLI::App& app, CommandLine& line)
 {
     CLI::App* verb = app.add_subcommand("test-smtp", "Have the camera send a test mail");
     verb->footer(footer);
-    verb->callback(
-        [&line] { line.verb = [&line](Console& console) { return testSmtp(line.target, console); }; });
+    verb->callback([&line] { line.verb = [&line](Console& console) { return testSmtp(line, console); }; });
 }
 
 } // namespace kxcam
