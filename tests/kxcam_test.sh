@@ -105,7 +105,7 @@ expect 0 'ftppassword s3cr3t word ' kxcam "$ti" get ftp --show-secrets
 expect 0 '/"\\\[é ' kxcam "$ti" set ftp 'ftppath=/"\[é'
 expect 0 '"/\\"\\\\\[é"' kxcam "$ti" get ftp --json
 is_json || fail 'is not JSON'
-expect 0 '"ftpipport": 2122' kxcam "$ti" set ftp ftpipport=2122 --json
+expect 0 '"ftpipport": 21,' kxcam "$ti" set ftp ftpipport=21 --json
 is_json || fail 'is not JSON'
 command='kxcam get ftp --json --verbose'
 kxcam "$ti" get ftp --json --verbose >"$scratch/out" 2>"$scratch/err"
