@@ -5,7 +5,8 @@ set -euo pipefail
 for header in "$3"/KxIpcSDK/*.h; do
     name="KxIpcSDK/$(basename "$header")"
     for compiler in "$1 -std=c99 -x c" "$2 -std=c++20 -x c++"; do
-        printf "#include <%s>\nextern int something;\n" "$name" | $compiler -Wall -Wextra -pedantic -Werror -fsyntax-only -I"$3" - ||
+        printf "#include <%s>\nextern int something;\n" "$name" |
+            $compiler -Wall -Wextra -pedantic -Werror -fsyntax-only -I"$3" - ||
             { echo "$name does not compile alone with $compiler"; exit 1; }
     done
 done

@@ -116,7 +116,7 @@ TEST_F(Concurrency, CopiesOfASessionAreNeverMixed)
             const char* text = letters[i % 2].c_str();
             takeSession("", "10.0.0.1", 80, text, text, copy);
             if (i % 3 == 0)
-                clearSession(*beginClosing(copy.nUserId));
+                endClosing(*beginClosing(copy.nUserId));
         }
         stop = true;
     });

@@ -205,16 +205,20 @@ TEST_F(RequestChannel, ReadsASlowReplyToItsEnd)
 
 TEST_F(RequestChannel, SignalsForTheApplicationDoNotDisturbIt)
 {
-    struct sigaction ignore
-    {
-    };
-    ignore.sa_handler = [](int) {}; // without SA_RESTART: every system call is cut short
-    sigaction(SIGALRM, &ignore, nullptr);
-    camera.setFault({.kind = Fault::Kind::Slow, .bytes = 20, .pause = std::chrono::milliseconds(5)});
+    struct sigaction interrupt = {};
+    interrupt.sa_handler = [](int) {}; // without SA_RESTART: every system call is cut short
+    sigaction(SIGALRM, &interrupt, nullptr);
     ualarm(2000, 2000);
+    camera.setFault({.kind = Fault::Kind::Slow, .bytes = 20, .pause = std::chrono::milliseconds(5)});
     EXPECT_EQ(request("&paratest=mainrtspport"), 0);
-    ualarm(0, 0);
     EXPECT_THAT(reply, testing::HasSubstr("OK mainrtspport=554"));
+
+    g_timing.stalledReply = std::chrono::milliseconds(50); // which the signals must not begin anew for ever
+    camera.setFault({.kind = Fault::Kind::Slow, .bytes = 20, .pause = std::chrono::seconds(30)});
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(request("&paratest=mainrtspport"), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    ualarm(0, 0);
 }
 
 TEST_F(RequestChannel, TouchesTheReplyOnlyWhenItComesToReading)
@@ -272,7 +276,9 @@ TEST_F(RequestChannel, ConnectsWithinItsTime)
                               .nothingReceived = KX_ERROR_NONE,
                               .refusals = {},
                               .failedReads = failedReads};
+    const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(exchange(*resolveIpv4(session.host, session.port), "GET", reply, sizeof reply, rules), -1);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
     EXPECT_EQ(g_nLastError, KX_ERROR_NETWORK);
 }
 

@@ -2,6 +2,7 @@
 #include "SdkTest.h"
 
 #include <cstring>
+#include <limits>
 
 #include "Core/UserInfo.h"
 
@@ -37,9 +38,9 @@ TEST_F(SessionTable, ReusesTheSessionOfTheSameHostAndPort)
 
 TEST_F(SessionTable, TakesAHoleBeforeItFindsASessionBehindIt)
 {
-    ASSERT_NE(take("10.0.0.1", 80), -1);
+    const long first = take("10.0.0.1", 80);
     const long last = take("10.0.0.2", 80);
-    clearSession(g_UserInfo[0]);
+    endClosing(*beginClosing(first));
     const long hole = take("10.0.0.2", 80);
     EXPECT_EQ(hole, last + 1);
     EXPECT_EQ(GetUserInfo(hole), &g_UserInfo[0]);
@@ -95,7 +96,8 @@ TEST_F(SessionTable, ASessionBeingClosedIsNobodys)
     EXPECT_FALSE(copySession(id, copy));
     EXPECT_EQ(GetUserInfo(0), &g_UserInfo[1]);
     EXPECT_EQ(take("10.0.0.1", 80), id + 1); // another slot
-    clearSession(*slot);
+    EXPECT_EQ(GetUserInfo(std::numeric_limits<long>::min()), nullptr);
+    endClosing(*slot);
     EXPECT_EQ(GetUserInfo(0), slot);
 }
 
@@ -109,4 +111,13 @@ TEST_F(SessionTable, AFreeSlotIsEmptiedWhenItIsTaken)
     EXPECT_EQ(g_UserInfo[0].adminLock, 0);
     EXPECT_EQ(g_UserInfo[0].liveDataUser, nullptr);
     EXPECT_STREQ(g_UserInfo[0].user, "user");
+}
+
+TEST_F(SessionTable, TheEndOfAClosingSparesALaterSession)
+{
+    UserInfo* slot = beginClosing(take("10.0.0.1", 80));
+    clearAllSessions(); // as a shutdown meanwhile does
+    const long later = take("10.0.0.2", 80);
+    endClosing(*slot);
+    EXPECT_EQ(GetUserInfo(later), slot);
 }

@@ -208,7 +208,8 @@ KX_API int Kx_Ipc_GetDDNS(long userId, DdnsInfo* info);
 /**
  * Writes the dynamic DNS settings. With `ddnsenable` 0 only that switch is sent, whatever `planetenable` says.
  * Otherwise the planet service's settings with `planetenable` not 0 (`ddnsenable`, `ddnshash` and `ddnsurl` are not
- * sent then), else the general ones (without the two planet switches). Two or three requests: the camera's model is asked first.
+ * sent then), else the general ones (without the two planet switches). Two or three requests: the camera's model
+ * is asked first.
  *
  * @param         userId  the session
  * @param[in,out] info    the settings. For cameras that keep a provider's bare domain, `ddnsdomain` is replaced in

@@ -105,6 +105,8 @@ bool copyFields(UserInfo& copy, UserInfo& slot)
 
 UserInfo* GetUserInfo(long userId)
 {
+    if (userId < 0) // a session being closed is not to be found
+        return nullptr;
     const auto found = std::find_if(std::begin(g_UserInfo), std::end(g_UserInfo),
                                     [userId](const UserInfo& slot) { return slot.nUserId.load() == userId; });
     return found != std::end(g_UserInfo) ? found : nullptr;
@@ -161,10 +163,11 @@ UserInfo* beginClosing(long userId)
     return slot;
 }
 
-void clearSession(UserInfo& slot)
+void endClosing(UserInfo& slot)
 {
     const std::lock_guard lock(tableMutex);
-    clear(slot);
+    if (slot.nUserId.load() == closing)
+        clear(slot);
 }
 
 void clearAllSessions()

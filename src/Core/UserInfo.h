@@ -43,7 +43,7 @@ inline constexpr int firstUserId = 1000;
 extern UserInfo g_UserInfo[maxSessions];
 extern std::atomic<int> g_nUserId; // the next id to hand out; never reset, so ids are unique for the process
 
-/// The session with this id, or null. Id 0 finds the first free slot.
+/// The session with this id, or null. Id 0 finds the first free slot, an id below 0 nothing.
 UserInfo* GetUserInfo(long userId);
 
 /// The slot for a login to this camera: that of its session, else the first free one, emptied and with a new id;
@@ -63,8 +63,8 @@ bool copySession(long userId, UserInfo& copy);
 /// well. Null when there is no session with this id.
 UserInfo* beginClosing(long userId);
 
-/// Frees the slot.
-void clearSession(UserInfo& slot);
+/// Frees the slot of a session that is being closed.
+void endClosing(UserInfo& slot);
 
 /// Frees every slot.
 void clearAllSessions();

@@ -143,7 +143,7 @@ bool closeSession(long userId)
     if (slot == nullptr)
         return false;
     logOutMedia(*slot, userId);
-    clearSession(*slot);
+    endClosing(*slot);
     return true;
 }
 

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string_view>
 
-/// Fills a room of `size` bytes, one of them kept for a terminator of the caller's; what goes beyond is cut.
+/// Fills a room of `size` bytes, 1 or more, of which it leaves the last to the caller; what goes beyond is cut.
 class BoundedText
 {
 public:

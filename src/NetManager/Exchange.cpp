@@ -28,9 +28,9 @@ bool connectWithin(const FileDescriptor& socket, const sockaddr_in& address, std
 }
 
 /// Cameras take a request that starts again after a partial write, so each attempt writes it from its first byte. The
-/// send buffer nearly always takes a whole request at once. Where it does not, a camera that does not read fails the
-/// request after the limit.
-bool sendWhole(const FileDescriptor& socket, std::string_view request)
+/// send buffer nearly always takes a whole request at once. Where it does not, a camera that reads nothing for the
+/// limit fails the request.
+bool sendWhole(const FileDescriptor& socket, std::string_view request, std::chrono::milliseconds limit)
 {
     std::size_t total = 0;
     while (total < request.size()) {
@@ -39,19 +39,19 @@ bool sendWhole(const FileDescriptor& socket, std::string_view request)
             total += static_cast<std::size_t>(written);
         else if (written == 0)
             std::this_thread::sleep_for(g_timing.retry);
-        else if (errno != EINTR)
-            return false;
+        else if (errno != EINTR || waitFor(socket, Writable, limit) == Wait::TimedOut)
+            return false; // a signal must not begin the limit anew for ever, hence the wait
     }
     return true;
 }
 
 /// Counts a failed read; true when the reading must end.
-bool readFailedForGood(std::atomic<int>& failedReads)
+bool readFailedForGood(const FileDescriptor& socket, std::atomic<int>& failedReads)
 {
-    if (errno == EINTR)
-        return false;
     if (errno == EAGAIN) // nothing came within the limit
         return true;
+    if (errno == EINTR)
+        return waitFor(socket, Readable, g_timing.stalledReply) == Wait::TimedOut;
     if (failedReads.fetch_add(1) >= toleratedReadErrors)
         return true;
     std::this_thread::sleep_for(g_timing.retry);
@@ -75,7 +75,7 @@ std::size_t receive(const FileDescriptor& socket, std::span<char> reply, std::at
     setReceiveLimit(socket, g_timing.stalledReply);
     while (total < reply.size()) {
         const ssize_t count = ::recv(socket.get(), chunk, sizeof chunk, 0);
-        if (count == 0 || (count < 0 && readFailedForGood(failedReads)))
+        if (count == 0 || (count < 0 && readFailedForGood(socket, failedReads)))
             break;
         if (count < 0)
             continue;
@@ -112,7 +112,7 @@ int exchange(const sockaddr_in& address, std::string_view request, char* reply, 
     const FileDescriptor socket = makeTcpSocket();
     if (!socket)
         return -1;
-    if (!connectWithin(socket, address, rules.connectWait) || !sendWhole(socket, request))
+    if (!connectWithin(socket, address, rules.connectWait) || !sendWhole(socket, request, rules.connectWait))
         return failWith(KX_ERROR_NETWORK);
     const Wait outcome = waitFor(socket, Readable | Exception, rules.replyWait);
     if (outcome == Wait::TimedOut)

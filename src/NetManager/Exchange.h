@@ -29,6 +29,7 @@ struct ExchangeRules
 
 /// Sends the request to the camera at this address and fills `reply` with the first replySize - 1 bytes of what
 /// comes back as it comes (status line, headers, body), then zeros; its last byte is never written. The reply stays
-/// untouched when it came to no reading. Returns 0; or -1 with the last error set, except when the system has no socket.
+/// untouched when it came to no reading. Returns 0; or -1 with the last error set, except when the system has no
+/// socket.
 int exchange(const sockaddr_in& address, std::string_view request, char* reply, int replySize,
              const ExchangeRules& rules);

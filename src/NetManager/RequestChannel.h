@@ -7,8 +7,8 @@
 ///
 /// @param session    only host, port, user and password are used
 /// @param query      without the path: "&paratest=ftpip"; an empty text sends the login request
-/// @param reply      zeroed by the caller; gets the first replySize - 1 bytes of the reply as it came, then zeros. Stays
-///                   untouched when the camera was not reached or was silent.
+/// @param reply      zeroed by the caller; gets the first replySize - 1 bytes of the reply as it came, then zeros.
+///                   Stays untouched when the camera was not reached or was silent.
 /// @param admin      0: to "/vb.htm"; else to "/cgi-bin/admin/admin.cgi"
 /// @return 0 when something came back that holds none of "400 Bad Request" (KX_ERROR_NETWORK), "401 Unauthorized"
 ///         (KX_ERROR_UNAUTHORISED), "404 Not Found" (KX_ERROR_NOT_FOUND), "502 Bad Gateway"

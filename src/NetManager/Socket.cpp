@@ -15,6 +15,7 @@ namespace
 
 void setLimit(const FileDescriptor& socket, int option, std::chrono::milliseconds limit)
 {
+    limit = std::max(limit, std::chrono::milliseconds(1)); // 0 would mean no limit
     const timeval value{.tv_sec = limit.count() / 1000, .tv_usec = limit.count() % 1000 * 1000};
     setsockopt(socket.get(), SOL_SOCKET, option, &value, sizeof value);
 }

@@ -1,8 +1,8 @@
 // The interface of the streaming library: camera objects by user id, and players of recordings.
 //
 // The SDK knows the streaming library by this header only, and no member is inline, so that another library with
-// the same interface and object sizes can take the place of this one. This library does not stream yet: it keeps the camera objects
-// and answers as one does that has no stream open.
+// the same interface and object sizes can take the place of this one. This library does not stream yet: it keeps
+// the camera objects and answers as one does that has no stream open.
 #pragma once
 
 #include <cstdint>
