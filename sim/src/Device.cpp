@@ -20,7 +20,7 @@ namespace
 Chip chipOf(std::string_view model)
 {
     if (model.ends_with('A'))
-        return Amba;
+        return ModelA;
     return model.ends_with('B') || model.ends_with('C') || model.ends_with("-SP") ? Hisi : Ti;
 }
 

@@ -16,8 +16,8 @@ enum Chip : unsigned
 {
     Ti = 1,
     Hisi = 2,
-    Amba = 4,
-    NotTi = Hisi | Amba,
+    ModelA = 4,
+    NotTi = Hisi | ModelA,
     AnyChip = Ti | NotTi
 };
 
