@@ -17,6 +17,12 @@ export PKG_CONFIG_PATH="$libdir/pkgconfig"
 cc -std=c99 -Wall -Wextra -pedantic -Werror "$2/ftp_target.c" $(pkg-config --cflags --libs KxIpcSDK) \
     -Wl,-rpath,"$libdir" -o "$scratch/by_pkg_config"
 
+# The application that the README shows.
+awk '/^```c$/ { code = 1; next } /^```$/ { code = 0 } code' "$(dirname "$0")/../README.md" >"$scratch/app.c"
+# shellcheck disable=SC2046
+cc -std=c99 -Wall -Wextra -pedantic -Werror "$scratch/app.c" $(pkg-config --cflags --libs KxIpcSDK) \
+    -o "$scratch/app"
+
 "$scratch/prefix/bin/kxsim" --port 0 >"$scratch/log" &
 simulator=$!
 until grep -q 'listening' "$scratch/log"; do sleep 0.05; done

@@ -109,7 +109,7 @@ TEST(SimCamera, SpeaksTheLanguageOfItsFamily)
 {
     constexpr char ti[] = "KX-C200T";
     constexpr char hisi[] = "KX-C300B";
-    constexpr char amba[] = "KX-C400A";
+    constexpr char modelA[] = "KX-C400A";
     const struct
     {
         const char* model;
@@ -135,9 +135,9 @@ TEST(SimCamera, SpeaksTheLanguageOfItsFamily)
         {ti, "smtpauth=3&smtpencryssl=1&paratest=smtpenable", "OK smtpauth\n", "smtpauth", "3"},
         {hisi, "smtpauth=3&smtpencryssl=1&paratest=smtpenable", "OK smtpencryssl\nOK smtpenable=1\n",
          "smtpencryssl", "1"},
-        {amba, "smtpauth=3&smtpencrytls=1", "OK smtpencrytls\n", "smtpencrytls", "1"},
+        {modelA, "smtpauth=3&smtpencrytls=1", "OK smtpencrytls\n", "smtpencrytls", "1"},
         {ti, "ddnsdomain=www.no-ip.com", "OK ddnsdomain\n", "ddnsdomain", "www.no-ip.com"},
-        {amba, "ddnsdomain=www.no-ip.com&ddnshost=h", "OK ddnshost\n", "ddnsdomain", ""},
+        {modelA, "ddnsdomain=www.no-ip.com&ddnshost=h", "OK ddnshost\n", "ddnsdomain", ""},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(std::string(row.model) + " " + row.query);
