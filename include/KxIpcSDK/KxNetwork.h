@@ -17,8 +17,8 @@
  * - They return 0, or -1 with the record unchanged. For a set, 0 means that the camera answered, not that it took
  *   the settings; read them back to be sure. "403 Forbidden" counts as an answer.
  * - Errors: #KX_ERROR_NOT_INITIALISED; #KX_ERROR_UNKNOWN_USER; #KX_ERROR_UNAUTHORISED, #KX_ERROR_NOT_FOUND,
- *   #KX_ERROR_BAD_GATEWAY as the camera answers; #KX_ERROR_NETWORK. None is set, and -1 returned, for a null record,
- *   an answer that begins with a zero byte, and when the process has no socket or memory left.
+ *   #KX_ERROR_BAD_GATEWAY as the camera answers; #KX_ERROR_NETWORK, also when the process has no descriptor left.
+ *   None is set, and -1 returned, for a null record and for an answer that begins with a zero byte.
  * - Cameras end the lines of an answer with a line feed. Where one ends them with carriage return and line feed, the
  *   carriage return stays in a text, dotted addresses excepted.
  * - Numeric codes without a stated meaning are the camera's own and pass unchanged.

@@ -79,8 +79,8 @@ KX_API long Kx_Sdk_GetLastError(void);
  *
  * @return the user id, 1000 or more; or -1. Errors: #KX_ERROR_NOT_INITIALISED; #KX_ERROR_UNAUTHORISED,
  *         #KX_ERROR_FORBIDDEN, #KX_ERROR_NOT_FOUND, #KX_ERROR_BAD_GATEWAY as the camera answers;
- *         #KX_ERROR_NETWORK. None is set for a null text, when there are 500 sessions, and when the process has no
- *         socket or memory left. A login that succeeds may leave an error too: its first request, which only
+ *         #KX_ERROR_NETWORK, also when the process has no descriptor left. None is set for a null text and when
+ *         there are 500 sessions. A login that succeeds may leave an error too: its first request, which only
  *         announces it, may fail.
  */
 KX_API long Kx_Ipc_Login(const char* label, const char* host, int port, const char* user,

@@ -13,7 +13,7 @@
 /// @return 0 when something came back that holds none of "400 Bad Request" (KX_ERROR_NETWORK), "401 Unauthorized"
 ///         (KX_ERROR_UNAUTHORISED), "404 Not Found" (KX_ERROR_NOT_FOUND), "502 Bad Gateway"
 ///         (KX_ERROR_BAD_GATEWAY); a reply with "403 Forbidden" passes. Else -1: unreachable, timed out, nothing
-///         received (KX_ERROR_NETWORK); a null argument, no memory, no socket (no code).
+///         received (KX_ERROR_NETWORK); a null argument, or no socket after a probe that had one (no code).
 int DoRequest(UserInfo* session, const char* query, char* reply, int replySize, signed char admin);
 
 /// 1 when the host reacts to a connection attempt within the probe's time, be it by a refusal; 0 when it stays silent
