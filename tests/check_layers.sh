@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Includes point down only: exported functions -> transport, streaming -> ground floor. check_layers.sh SOURCE_DIR
+# Includes point down only: exported functions -> transport, search, streaming -> ground floor. check_layers.sh SOURCE_DIR
 set -euo pipefail
 cd "$1"
 
@@ -11,12 +11,14 @@ may() {
         grep -vE "#include [\"<]($2)" || true)
     [ -z "$wrong" ] || { echo "$1 must not include:"; echo "$wrong"; failed=1; }
 }
-may src/Core 'Core/|KxIpcSDK/KxSdk\.h'
+may src/Core 'Core/|KxIpcSDK/(KxSdk|KxSearch)\.h'
 may src/Log 'Log/|KxIpcSDK/KxSdkLog\.h'
+may src/ZrThread 'ZrThread/'
 may src/inirw 'inirw/|Core/PrintText\.h'
 may src/ipcctl 'ipcctl/'
-may src/NetManager 'NetManager/|Core/|Log/|inirw/'
-may src/KxIpcSDK 'KxIpcSDK/|Core/|Log/|inirw/|NetManager/|ipcctl/'
+may src/NetManager 'NetManager/|Core/|Log/|ZrThread/|inirw/'
+may src/KxSearch 'KxSearch/|Core/|KxIpcSDK/KxSearch\.h'
+may src/KxIpcSDK 'KxIpcSDK/|Core/|Log/|ZrThread/|inirw/|NetManager/|KxSearch/|ipcctl/'
 may sim 'KxSim/'
 may apps/kxcam 'KxIpcSDK/Kx[A-Za-z]*\.h'
 may apps/kxsim 'KxSim/'

@@ -43,6 +43,9 @@ public:
     /// Prints aligned columns; descriptions are dim on a terminal.
     void table(const std::vector<TableLine>& lines);
 
+    /// Shows what was printed so far.
+    void flush();
+
     /// Makes sure that everything has been written. A reader that has gone away is no failure.
     void finish();
 
@@ -51,8 +54,6 @@ private:
     {
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
-
-    void flush();
 
     std::unique_ptr<std::FILE, CloseFile> out_;
     int error_ = 0; // of the first write that failed

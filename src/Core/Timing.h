@@ -14,6 +14,8 @@ struct Timing
     Milliseconds stalledReply{60'000}; // between two pieces of a reply; what came until then is the reply
     Microseconds retry{200};           // before a failed read or an empty write is tried again
     Milliseconds streamWorker{50};     // between two rounds of the stream-opening worker
+    Milliseconds searchSecond{1'000};  // what the search takes for a second
+    Milliseconds searchInAll{150'000}; // a search that answers keep busy; as long as 72 of them at 2 s each
     Milliseconds decodersOff{20};      // from switching the decoders off to closing their streams
 };
 

@@ -2,7 +2,6 @@
 
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <thread>
 
@@ -14,6 +13,8 @@
 #include "Core/UserInfo.h"
 #include "KxIpcSDK/media/MediaSession.h"
 #include "NetManager/Login.h"
+#include "ZrThread/ZrMemory.h"
+#include "ZrThread/ZrThread.h"
 #include "ipcctl/ipcctl.h"
 
 namespace
@@ -63,13 +64,11 @@ void logOutMedia(UserInfo& slot, long userId)
     slot.player = nullptr;
 }
 
-void joinWorker(pthread_t*& worker)
+void joinWorker(std::atomic<pthread_t*>& worker)
 {
-    if (worker == nullptr)
-        return;
-    pthread_join(*worker, nullptr);
-    std::free(worker);
-    worker = nullptr;
+    pthread_t* thread = worker.exchange(nullptr);
+    zr_thread_join(thread);
+    zr_free(thread);
 }
 
 } // namespace

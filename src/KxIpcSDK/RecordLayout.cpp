@@ -3,6 +3,7 @@
 #include <type_traits>
 
 #include <KxIpcSDK/KxNetwork.h>
+#include <KxIpcSDK/KxSearch.h>
 
 #define RECORD(record, size)                                                                                 \
     static_assert(std::is_standard_layout_v<record> && std::is_trivially_copyable_v<record>);                \
@@ -92,3 +93,10 @@ FIELD(PortInfo, httpport, 0, 4);
 FIELD(PortInfo, onvifport, 4, 4);
 FIELD(PortInfo, mainrtspport, 8, 4);
 FIELD(PortInfo, subrtspport, 12, 4);
+
+RECORD(SearchDeviceInfo, 292);
+FIELD(SearchDeviceInfo, ip, 0, 64);
+FIELD(SearchDeviceInfo, port, 64, 4);
+FIELD(SearchDeviceInfo, reserved, 68, 64);
+FIELD(SearchDeviceInfo, name, 132, 128);
+FIELD(SearchDeviceInfo, model, 260, 32);

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <optional>
 #include <string_view>
@@ -15,6 +14,7 @@
 #include "NetManager/Encoding.h"
 #include "NetManager/Exchange.h"
 #include "NetManager/Socket.h"
+#include "ZrThread/ZrPrint.h"
 
 namespace
 {
@@ -98,7 +98,7 @@ std::optional<sockaddr_in> probe(const char* host, int port)
     ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&*address), sizeof *address);
     if (waitFor(socket, Readable | Writable | Exception, g_timing.probe) != Wait::TimedOut)
         return address;
-    std::printf("[KxLog]:Fun(IpcNet::IsHostConnect)->{select} | err=%s\n", std::strerror(errno));
+    zr_print("[KxLog]:Fun(IpcNet::IsHostConnect)->{select} | err=%s", std::strerror(errno));
     return std::nullopt;
 }
 

@@ -13,6 +13,7 @@ namespace
 constexpr char overview[] = "Manages a network camera from the command line.";
 
 constexpr char examples[] = R"(Examples:
+  kxcam discover
   export KXCAM_PASSWORD=...
   kxcam --host 192.168.1.20 get network
   kxcam --host 192.168.1.20 set ftp ftpip=192.168.1.5 ftppassword=-
@@ -57,6 +58,7 @@ std::optional<ExitCode> parse(int argc, char** argv, CommandLine& line, Console&
     app.failure_message(complaint);
     app.footer(examples + ("\n" + exitCodeHelp()));
     addCommonOptions(app, line);
+    addDiscover(app, line);
     addGet(app, line);
     addSet(app, line);
     addTestSmtp(app, line);

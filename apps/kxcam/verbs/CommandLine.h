@@ -28,6 +28,7 @@ struct CommandLine
 std::optional<ExitCode> parse(int argc, char** argv, CommandLine& line, Console& console);
 
 // Each adds a verb, its options and its help. `line` outlives the parser.
+void addDiscover(CLI::App& app, CommandLine& line);
 void addGet(CLI::App& app, CommandLine& line);
 void addSet(CLI::App& app, CommandLine& line);
 void addTestSmtp(CLI::App& app, CommandLine& line);
