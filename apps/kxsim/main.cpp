@@ -78,7 +78,8 @@ void describe(CLI::App& app, Arguments& arguments)
         ->check(CLI::Range(1, 500));
     CLI::Option* discovery = app.add_option("--discovery", camera.discovery.interfaceAddress,
                                             "IPv4 address of the network interface to be found on");
-    app.add_option("--name", camera.discovery.self.name, "Name told to searches (of --count cameras, numbered)")
+    app.add_option("--name", camera.discovery.self.name,
+                   "Name told to searches (of --count cameras, numbered)")
         ->needs(discovery);
     app.footer(examples);
 }

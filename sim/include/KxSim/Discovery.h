@@ -17,8 +17,10 @@ struct Description
     std::string name = "Simulated camera"; ///< percent-encoded in its scope, as are model and location
     std::string location = "Loopback";
     std::optional<std::string> model{};
-    std::optional<std::string> xaddrs{}; ///< service addresses, e.g. "http://192.168.1.20/onvif/device_service"
-    std::optional<std::string> scopes{}; ///< all of them, as they are sent; then name, location and model do not count
+    std::optional<std::string>
+        xaddrs{}; ///< service addresses, e.g. "http://192.168.1.20/onvif/device_service"
+    std::optional<std::string>
+        scopes{}; ///< all of them, as they are sent; then name, location and model do not count
 };
 
 /// Whether and how a camera answers searches.
@@ -40,10 +42,10 @@ struct DiscoveryOptions
 
     Reply reply = Reply::Matches;
     std::string raw{};
-    bool soap11 = false;                               ///< what is sent is SOAP 1.1 instead of 1.2
+    bool soap11 = false;                                ///< what is sent is SOAP 1.1 instead of 1.2
     std::size_t longest = static_cast<std::size_t>(-1); ///< a longer reply is cut to so many bytes
-    unsigned times = 1;                                ///< how often each reply is sent; 0: never
-    std::chrono::milliseconds delay{0};                ///< before each sending
+    unsigned times = 1;                                 ///< how often each reply is sent; 0: never
+    std::chrono::milliseconds delay{0};                 ///< before each sending
 };
 
 /// A datagram that came to the discovery port, Hello and Bye of other devices excepted.

@@ -22,7 +22,7 @@ struct CameraOptions
     unsigned short port = 0; ///< 0: any free port, told by SimCamera::port()
     std::string user = "admin";
     std::string password = "admin";
-    std::string lineEnd = "\n"; ///< what ends a line of a reply's body
+    std::string lineEnd = "\n";   ///< what ends a line of a reply's body
     DiscoveryOptions discovery{}; ///< off unless asked for, as it takes part in the whole network
 };
 

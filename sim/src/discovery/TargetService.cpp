@@ -74,8 +74,7 @@ std::string actionFor(std::string_view message)
 } // namespace
 
 TargetService::TargetService(const DiscoveryOptions& options, const Identity& identity)
-    : soap11_(options.soap11), node_(nodeFrom(identity.macAddress)),
-      instance_(std::time(nullptr))
+    : soap11_(options.soap11), node_(nodeFrom(identity.macAddress)), instance_(std::time(nullptr))
 {
     const auto tell = [&](const Description& description) {
         told_.push_back({endpointFor(told_.size(), node_), scopesOf(description, identity.model),
@@ -112,8 +111,7 @@ bool TargetService::hasScopes(const std::vector<std::string>& asked, const std::
 std::string TargetService::matches(const Question& question)
 {
     const bool resolves = question.kind == Question::Kind::Resolve;
-    const Message reply =
-        message(toSender, resolves ? "ResolveMatches" : "ProbeMatches", question.messageId);
+    const Message reply = message(toSender, resolves ? "ResolveMatches" : "ProbeMatches", question.messageId);
     const pugi::xml_node list = append(reply.body(), resolves ? "d:ResolveMatches" : "d:ProbeMatches");
     const std::size_t count = resolves ? 1 : told_.size();
     for (std::size_t i = 0; i < count; ++i)
