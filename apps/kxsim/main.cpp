@@ -43,6 +43,8 @@ Examples:
   kxsim --count 3                           cameras on 127.0.0.1, 127.0.0.2 and 127.0.0.3
   kxsim --fault slow                        a camera whose replies come piece by piece
   kxsim --fault status --fault-status 503   a camera that answers each request with an error
+  kxsim --address 192.168.1.9 --discovery 192.168.1.9 --name "Front Door"
+                                            a camera that the network of that interface can find
 
 Ask a camera for a setting, or change one (the quotes matter):
   curl -u admin:admin 'http://127.0.0.1:8080/vb.htm?paratest=ftpip'
@@ -74,6 +76,11 @@ void describe(CLI::App& app, Arguments& arguments)
         ->check(CLI::Range(100, 599));
     app.add_option("--count", arguments.count, "How many cameras, on consecutive addresses")
         ->check(CLI::Range(1, 500));
+    CLI::Option* discovery = app.add_option("--discovery", camera.discovery.interfaceAddress,
+                                            "IPv4 address of the network interface to be found on");
+    app.add_option("--name", camera.discovery.self.name,
+                   "Name told to searches (of --count cameras, numbered)")
+        ->needs(discovery);
     app.footer(examples);
 }
 
@@ -100,21 +107,40 @@ std::string placeOf(const kxsim::SimCamera& camera)
     return camera.host() + ":" + std::to_string(camera.port());
 }
 
-std::unique_ptr<kxsim::SimCamera> startCamera(const Arguments& arguments, unsigned index)
+kxsim::CameraOptions optionsOf(const Arguments& arguments, unsigned index)
 {
     kxsim::CameraOptions options = arguments.camera;
     options.address = addressAfter(options.address, index);
+    if (arguments.count > 1)
+        options.discovery.self.name += " " + std::to_string(index + 1);
+    return options;
+}
+
+// What has been printed is forgotten; kept, it would fill the memory some day.
+void printWhatComes(kxsim::SimCamera& camera)
+{
+    camera.onRequest([&camera](const kxsim::Request& request) {
+        const std::string status = request.status ? std::to_string(request.status) : "---";
+        const std::string line = request.text.substr(0, request.text.find("\r\n"));
+        print(placeOf(camera) + " " + status + " " + line.substr(0, line.find(" HTTP/")));
+        camera.forgetRequests();
+    });
+    camera.onProbe([&camera](const kxsim::Probe& probe) {
+        const std::string outcome = probe.answered ? " answered" : " ignored";
+        print(placeOf(camera) + " Probe from " + probe.address + ":" + std::to_string(probe.port) + outcome);
+        camera.forgetProbes();
+    });
+}
+
+std::unique_ptr<kxsim::SimCamera> startCamera(const Arguments& arguments, unsigned index)
+{
+    const kxsim::CameraOptions options = optionsOf(arguments, index);
     const std::string wanted = options.address + ":" + std::to_string(options.port);
     try {
         auto camera = std::make_unique<kxsim::SimCamera>(options);
         if (!arguments.fault.empty())
             camera->setFault({.kind = faultsByName.at(arguments.fault), .status = arguments.faultStatus});
-        camera->onRequest([&camera = *camera](const kxsim::Request& request) {
-            const std::string status = request.status ? std::to_string(request.status) : "---";
-            const std::string line = request.text.substr(0, request.text.find("\r\n"));
-            print(placeOf(camera) + " " + status + " " + line.substr(0, line.find(" HTTP/")));
-            camera.forgetRequests(); // printed is enough; kept, they would fill the memory some day
-        });
+        printWhatComes(*camera);
         print(options.model + " listening on http://" + placeOf(*camera));
         return camera;
     } catch (const std::system_error& error) {
@@ -122,7 +148,7 @@ std::unique_ptr<kxsim::SimCamera> startCamera(const Arguments& arguments, unsign
     }
 }
 
-// A camera takes five descriptors and its connections one each.
+// A camera takes nine descriptors at most and its connections one each.
 void allowManyDescriptors()
 {
     rlimit limit{};

@@ -10,8 +10,8 @@
 #include "HttpServer.h"
 
 #include "HttpText.h"
+#include "Sockets.h"
 
-#include <fcntl.h>
 #include <netinet/tcp.h>
 
 #include <algorithm>
@@ -30,19 +30,6 @@ using namespace std::chrono_literals;
 
 constexpr std::size_t longestHead = 64 * 1024;
 constexpr std::string_view blankLine = "\r\n\r\n";
-
-// A program started by this one must not keep the camera's port or connections open.
-template <typename Socket>
-void keepFromChildren(Socket& socket)
-{
-    ::fcntl(socket.native_handle(), F_SETFD, FD_CLOEXEC);
-}
-
-asio::awaitable<void> pauseFor(std::chrono::milliseconds time)
-{
-    asio::steady_timer timer(co_await asio::this_coro::executor, time);
-    co_await timer.async_wait(asio::use_awaitable);
-}
 
 bool clientIsThere(tcp::socket& socket)
 {

@@ -121,6 +121,22 @@ std::string percentDecoded(std::string_view text)
     return decoded;
 }
 
+std::string percentEncoded(std::string_view text)
+{
+    constexpr std::string_view unreserved =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
+    constexpr char digits[] = "0123456789ABCDEF";
+    std::string encoded;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (unreserved.find(c) != std::string_view::npos)
+            encoded += c;
+        else
+            encoded += {'%', digits[byte >> 4U], digits[byte & 15U]};
+    }
+    return encoded;
+}
+
 std::string base64(std::string_view bytes)
 {
     constexpr char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";

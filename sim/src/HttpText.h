@@ -24,6 +24,8 @@ std::string headerOf(std::string_view head, std::string_view name);
 
 /// "%41" becomes "A"; a percent sign without two hexadecimal digits stays.
 std::string percentDecoded(std::string_view text);
+/// What may not stand in a part of a path becomes "%41".
+std::string percentEncoded(std::string_view text);
 
 std::string base64(std::string_view bytes);
 

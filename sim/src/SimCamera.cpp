@@ -4,13 +4,14 @@
 #include "KxSim/SimCamera.h"
 
 #include "Device.h"
+#include "Garbage.h"
 #include "HttpServer.h"
 #include "HttpText.h"
+#include "discovery/Discovery.h"
 
 #include <algorithm>
 #include <deque>
 #include <mutex>
-#include <random>
 #include <utility>
 
 namespace kxsim
@@ -35,16 +36,6 @@ bool hitsConnections(Kind kind)
 bool contains(const std::string& text, const std::string& part)
 {
     return text.find(part) != std::string::npos;
-}
-
-// The same bytes in every run, so that what they once broke can be broken again.
-std::string garbage()
-{
-    std::minstd_rand random;
-    std::string bytes(500, '\0');
-    for (char& byte : bytes)
-        byte = static_cast<char>(random() >> 8U);
-    return bytes;
 }
 
 Delivery delivered(std::string reply, const Fault& fault)
@@ -74,10 +65,14 @@ public:
     {
         device_.placeAt(host_, server_.port());
         server_.start();
+        if (!options.discovery.interfaceAddress.empty())
+            discovery_.start(options.discovery, {options.model, host_ + ":" + std::to_string(port()),
+                                                 device_.settings().text("macaddress")});
     }
 
     const std::string& host() const { return host_; }
     int port() const { return server_.port(); }
+    Discovery& discovery() { return discovery_; }
 
     /// Runs `use` on the device, alone.
     template <typename Use>
@@ -116,7 +111,8 @@ private:
     std::size_t connections_ = 0;
     std::function<void(const Request&)> listener_;
 
-    HttpServer server_; // last: its thread uses all of the above
+    HttpServer server_; // its thread uses all of the above
+    Discovery discovery_;
 };
 
 void SimCamera::Impl::setFault(const Fault& fault)
@@ -310,6 +306,21 @@ std::size_t SimCamera::connections() const
 void SimCamera::onRequest(std::function<void(const Request&)> listener)
 {
     impl_->onRequest(std::move(listener));
+}
+
+std::vector<Probe> SimCamera::probes() const
+{
+    return impl_->discovery().probes();
+}
+
+void SimCamera::forgetProbes()
+{
+    impl_->discovery().forgetProbes();
+}
+
+void SimCamera::onProbe(std::function<void(const Probe&)> listener)
+{
+    impl_->discovery().onProbe(std::move(listener));
 }
 
 } // namespace kxsim

@@ -1,6 +1,8 @@
 // A simulated network camera that runs in this process and answers on a TCP port.
 #pragma once
 
+#include "KxSim/Discovery.h"
+
 #include <chrono>
 #include <cstddef>
 #include <functional>
@@ -20,7 +22,8 @@ struct CameraOptions
     unsigned short port = 0; ///< 0: any free port, told by SimCamera::port()
     std::string user = "admin";
     std::string password = "admin";
-    std::string lineEnd = "\n"; ///< what ends a line of a reply's body
+    std::string lineEnd = "\n";   ///< what ends a line of a reply's body
+    DiscoveryOptions discovery{}; ///< off unless asked for, as it takes part in the whole network
 };
 
 /// One way of misbehaving towards clients. The camera acts on a request that Slow, CutShort or Endless hits, as only
@@ -65,7 +68,8 @@ struct Request
 class SimCamera
 {
 public:
-    /// Throws std::system_error when it cannot listen on the address and port.
+    /// Throws std::system_error when it cannot listen on the address and port, and std::runtime_error, with a
+    /// sentence of its own, when it cannot answer searches.
     explicit SimCamera(CameraOptions options = {});
     ~SimCamera();
     SimCamera(const SimCamera&) = delete;
@@ -96,6 +100,12 @@ public:
     /// Called on the camera's thread with each request, before its reply leaves. It may call any member but must not
     /// destroy the camera.
     void onRequest(std::function<void(const Request&)> listener);
+
+    /// What came to the discovery port so far. A datagram is listed before the reply to it leaves.
+    std::vector<Probe> probes() const;
+    void forgetProbes();
+    /// The same as onRequest, but on the thread that answers searches.
+    void onProbe(std::function<void(const Probe&)> listener);
 
 private:
     class Impl;

@@ -73,7 +73,8 @@ int DiscoveryLookupBinding::__dndl_Probe_Start(d__ProbeType* probe, d__ProbeMatc
 int DiscoveryLookupBinding::__dndl_Probe_Receive(d__ProbeType*, d__ProbeMatchesType* matches)
 {
     soap_->header = nullptr;
-    soap_end(soap_); // the reply before
+    soap_destroy(soap_); // the reply before: its objects,
+    soap_end(soap_);     // and its texts
     datagramRead_ = false;
     soap_default_d__ProbeMatchesType(soap_, matches);
     const int error = readReply(*matches);
