@@ -141,7 +141,7 @@ expect_unsent 2 'not of the form key=value' kxcam "$ti" set ftp ftpip
 expect_unsent 2 'add subrtspport=…: every set of ports writes it' kxcam "$ti" set ports httpport=81
 expect_unsent 2 "no area 'clock'\. Areas: network, wifi," kxcam "$ti" get clock
 expect_unsent 2 "--bogus.* Run 'kxcam get --help'" kxcam "$ti" get ftp --bogus
-expect_unsent 2 'Give one of: get set test-smtp' kxcam "$ti"
+expect_unsent 2 'Give one of: discover get set test-smtp' kxcam "$ti"
 expect_unsent 2 'Give its address with --host' "$bin/kxcam" get ftp
 expect_unsent 2 'password is longer than 30 bytes' \
     env KXCAM_PASSWORD="$(printf %31s x)" "$bin/kxcam" --host 127.0.0.1 --port "$ti" get ftp

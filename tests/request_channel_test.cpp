@@ -336,5 +336,5 @@ TEST_F(RequestChannel, ProbeSaysWhyItFailed)
     testing::internal::CaptureStdout();
     EXPECT_EQ(IsHostConnect("127.0.0.1", camera.port()), 0);
     EXPECT_THAT(testing::internal::GetCapturedStdout(),
-                testing::EndsWith("{select} | err=Operation now in progress\n"));
+                testing::EndsWith("{select} | err=Operation now in progress=================================\n"));
 }

@@ -57,6 +57,15 @@ std::string reply(const std::string& matches)
     return envelope("<d:ProbeMatches>" + matches + "</d:ProbeMatches>");
 }
 
+/// Ends a search at once: as many matches as it counts, none to be reported.
+std::string lastReply()
+{
+    std::string matches;
+    for (int i = 0; i < 72; ++i)
+        matches += match("http://10.0.0.99/", "onvif://www.onvif.org/model/other");
+    return reply(matches);
+}
+
 Responder::Answers toTheFirst(const Texts& answers)
 {
     return [answers](std::size_t n, const Responder::Send& send) {
@@ -86,7 +95,6 @@ protected:
         if (!isPrivateNetwork())
             GTEST_SKIP() << "multicast leaves a private network; run this through scripts/private_network.sh";
         SdkTest::SetUp();
-        g_timing.searchSecond = 25ms;
         home_ = std::filesystem::current_path();
         directory_ = home_ / ("search_test." + std::to_string(getpid()));
         std::filesystem::create_directory(directory_);
@@ -103,13 +111,14 @@ protected:
     }
 
     /// What a search reports whose first Probe is answered so.
-    static Texts search(const Texts& answers)
+    static Texts search(Texts answers)
     {
+        answers.push_back(lastReply());
         const Responder responder(toTheFirst(answers));
         Found found;
         m_pSearchUser = &found;
         m_fSearchCallBack = Found::add;
-        LoadDevice(1, 3);
+        LoadDevice(2, 3);
         m_fSearchCallBack = nullptr;
         return found.texts;
     }
@@ -143,6 +152,7 @@ std::string secondProbe(int lastDigit)
 TEST_F(SearchTest, SendsTwoProbesFromOnePort)
 {
     const Responder responder;
+    g_timing.searchSecond = 20ms;
     g_nIndex = 8;
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(LoadDevice(1, 1), -1);
@@ -239,6 +249,7 @@ TEST_F(SearchTest, TellsOfAMatchWithoutScopesOnStandardOutput)
 TEST_F(SearchTest, ListensUntilSoManyRoundsBroughtNothing)
 {
     const Responder responder;
+    g_timing.searchSecond = 25ms;
     struct
     {
         int seconds, rounds, expected;
@@ -275,19 +286,16 @@ TEST_F(SearchTest, EndsAfterTheDatagramThatBringsTheSeventySecondMatch)
     std::string forty;
     for (int i = 0; i < 40; ++i)
         forty += match("http://10.0.0.1/", i % 2 ? ownScopes : "others count, too");
-    g_timing.searchSecond = 5s; // a search that went on would be seen
-    const auto begin = Clock::now();
     EXPECT_THAT(search({reply(forty), reply(forty), reply(forty)}), SizeIs(40));
-    EXPECT_LT(Clock::now() - begin, 5s);
 }
 
 TEST_F(SearchTest, ABurstOfAnswersSurvives)
 {
     Texts answers;
-    for (int i = 1; i <= 71; ++i)
+    for (int i = 1; i <= 72; ++i)
         answers.push_back(
             reply(match("http://10.0.0." + std::to_string(i) + "/", ownScopes + std::string(1200, ' '))));
-    EXPECT_THAT(search(answers), SizeIs(71));
+    EXPECT_THAT(search(answers), SizeIs(72));
 }
 
 TEST_F(SearchTest, AnswersThatCountForNothingDoNotKeepItForEver)
@@ -313,7 +321,7 @@ TEST_F(SearchTest, LeavesEachAnswerInAFile)
     search({first, "no envelope, no file", fault});
     EXPECT_EQ(dump(0), first);
     EXPECT_EQ(dump(1), fault);
-    EXPECT_FALSE(std::filesystem::exists("D:\\onvif\\discovery_2.txt"));
+    EXPECT_EQ(dump(2), lastReply());
 
     search({reply("")}); // each search counts from 0
     EXPECT_EQ(dump(0), reply(""));
@@ -339,6 +347,7 @@ TEST_F(SearchTest, WithoutASocketThereIsNoSearch)
 TEST_F(SearchTest, OneSearchAtATime)
 {
     const Responder responder(toTheFirst({reply(match("http://10.0.0.1/"))}));
+    g_timing.searchSecond = 50ms;
     std::promise<int> second;
     const auto callback = [](SearchDeviceInfo*, void* user) {
         static_cast<std::promise<int>*>(user)->set_value(Kx_Sdk_SearchIpc(Found::add, nullptr));
@@ -359,7 +368,7 @@ TEST_F(SearchTest, OneSearchAtATime)
 TEST_F(SearchTest, DestroyWaitsForASearchAndInitBeginsAnew)
 {
     for (int i = 0; i < 2; ++i) {
-        const Responder responder(toTheFirst({reply(match("http://10.0.0.1/"))}));
+        const Responder responder(toTheFirst({reply(match("http://10.0.0.1/")), lastReply()}));
         Found found;
         ASSERT_EQ(Kx_Sdk_SearchIpc(Found::add, &found), 0);
         Kx_Sdk_Destroy();
@@ -372,6 +381,7 @@ TEST_F(SearchTest, DestroyWaitsForASearchAndInitBeginsAnew)
 
 TEST_F(SearchTest, WithoutACallbackItRefusesNobody)
 {
+    g_timing.searchSecond = 50ms;
     const Responder responder(
         [](std::size_t, const Responder::Send& send) { send(reply(match("http://10.0.0.1/"))); });
     ASSERT_EQ(Kx_Sdk_SearchIpc(nullptr, nullptr), 0);
