@@ -105,7 +105,8 @@ int LoadDevice(int recvTimeoutSeconds, int idleRounds)
 int reportMatches(const d__ProbeMatchesType& matches, AddressReader& addresses)
 {
     int count = 0;
-    for (const d__ProbeMatchType& match : std::span(matches.ProbeMatch, matches.__sizeProbeMatch)) {
+    const auto size = static_cast<std::size_t>(matches.__sizeProbeMatch);
+    for (const d__ProbeMatchType& match : std::span(matches.ProbeMatch, size)) {
         if (match.XAddrs == nullptr)
             continue;
         SearchDeviceInfo device{};

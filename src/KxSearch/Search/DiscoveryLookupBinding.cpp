@@ -39,7 +39,9 @@ DiscoveryLookupBinding::DiscoveryLookupBinding(struct soap* context) : soap_(con
 {
     if (soap_ == nullptr)
         return;
-    soap_set_mode(soap_, SOAP_C_UTFSTRING); // or names that are not ASCII lose characters
+    // Names that are not ASCII keep their characters; and no element stands for another: an attacker may use such
+    // references, discovery does not.
+    soap_set_mode(soap_, SOAP_C_UTFSTRING | SOAP_XML_TREE);
     soap_->namespaces = namespaces;
     soap_->maxlevel = deepestXml;
     soap_->user = this;
