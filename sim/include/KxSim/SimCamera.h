@@ -21,6 +21,7 @@ struct CameraOptions
     std::string user = "admin";
     std::string password = "admin";
     std::string lineEnd = "\n"; ///< what ends a line of a reply's body
+    std::chrono::milliseconds restartTime{3000}; ///< for so long a restart or a reset refuses connections
 };
 
 /// One way of misbehaving towards clients. The camera acts on a request that Slow, CutShort or Endless hits, as only
