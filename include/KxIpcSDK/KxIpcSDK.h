@@ -19,8 +19,10 @@
 #ifndef KXIPCSDK_KXIPCSDK_H
 #define KXIPCSDK_KXIPCSDK_H
 
+#include <KxIpcSDK/KxCapabilities.h>
 #include <KxIpcSDK/KxNetwork.h>
 #include <KxIpcSDK/KxSdk.h>
 #include <KxIpcSDK/KxSdkLog.h>
+#include <KxIpcSDK/KxSystem.h>
 
 #endif
