@@ -31,5 +31,10 @@ std::optional<ExitCode> parse(int argc, char** argv, CommandLine& line, Console&
 void addGet(CLI::App& app, CommandLine& line);
 void addSet(CLI::App& app, CommandLine& line);
 void addTestSmtp(CLI::App& app, CommandLine& line);
+void addInfo(CLI::App& app, CommandLine& line);
+void addCapabilities(CLI::App& app, CommandLine& line);
+void addReboot(CLI::App& app, CommandLine& line);
+void addReset(CLI::App& app, CommandLine& line);
+void addUpdate(CLI::App& app, CommandLine& line);
 
 } // namespace kxcam
