@@ -14,10 +14,11 @@ TEST_F(Capabilities, EachQuestionTestsItsBitsOfTheMask)
         const char* mask;
         int all;
         std::vector<int> has; // memory card, audio, alarm, BNC, PTZ
-    } cases[] = {{"0", 0, {0, 0, 0, 0, 0}},        {"1", 1, {1, 0, 0, 0, 0}},  {"2", 2, {0, 1, 0, 0, 0}},
-                 {"4", 4, {0, 0, 1, 0, 0}},        {"8", 8, {0, 0, 0, 1, 0}},  {"16", 16, {0, 0, 0, 0, 1}},
-                 {"32", 32, {0, 0, 1, 0, 0}},      {"64", 64, {0, 0, 0, 0, 0}}, {"63", 63, {1, 1, 1, 1, 1}},
-                 {"4294967295", -1, {1, 1, 1, 1, 1}}, {"x", 0, {0, 0, 0, 0, 0}}};
+    } cases[] = {
+        {"0", 0, {0, 0, 0, 0, 0}},           {"1", 1, {1, 0, 0, 0, 0}},   {"2", 2, {0, 1, 0, 0, 0}},
+        {"4", 4, {0, 0, 1, 0, 0}},           {"8", 8, {0, 0, 0, 1, 0}},   {"16", 16, {0, 0, 0, 0, 1}},
+        {"32", 32, {0, 0, 1, 0, 0}},         {"64", 64, {0, 0, 0, 0, 0}}, {"63", 63, {1, 1, 1, 1, 1}},
+        {"4294967295", -1, {1, 1, 1, 1, 1}}, {"x", 0, {0, 0, 0, 0, 0}}};
     for (const auto& row : cases) {
         SCOPED_TRACE(row.mask);
         ti.setValue("chipninterface", row.mask);
@@ -35,13 +36,14 @@ TEST_F(Capabilities, EachQuestionTestsItsBitsOfTheMask)
 
 TEST_F(Capabilities, FailuresAndMissingKeysAreNo)
 {
-    int (*const questions[])(long) = {Kx_Ipc_HasSDInterface,  Kx_Ipc_HasAudioInterface,
-                                      Kx_Ipc_HasAlarmInterface, Kx_Ipc_HasBNCInterface,
-                                      Kx_Ipc_HasPTZInterface, Kx_Ipc_HasNasInterface,
-                                      Kx_Ipc_HasSipPhoneInterface, Kx_Ipc_IsMini,
-                                      Kx_Ipc_IsCube};
-    const std::string yes = "OK chipninterface=63\nOK nasmountstatu=1\nOK sipenable=1\nOK productmodel=KX-C208T\n";
-    const std::string replies[] = {httpReply(yes, "404 Not Found"), '\0' + httpReply(yes), httpReply("OK\n"), ""};
+    int (*const questions[])(long) = {
+        Kx_Ipc_HasSDInterface,  Kx_Ipc_HasAudioInterface, Kx_Ipc_HasAlarmInterface,    Kx_Ipc_HasBNCInterface,
+        Kx_Ipc_HasPTZInterface, Kx_Ipc_HasNasInterface,   Kx_Ipc_HasSipPhoneInterface, Kx_Ipc_IsMini,
+        Kx_Ipc_IsCube};
+    const std::string yes =
+        "OK chipninterface=63\nOK nasmountstatu=1\nOK sipenable=1\nOK productmodel=KX-C208T\n";
+    const std::string replies[] = {httpReply(yes, "404 Not Found"), '\0' + httpReply(yes), httpReply("OK\n"),
+                                   ""};
     for (const std::string& reply : replies) {
         for (const auto question : questions) {
             ti.replaceReply("", reply);
@@ -56,7 +58,8 @@ TEST_F(Capabilities, TheMaskTellsAMissingKeyFromAFailureInOneFormOnly)
     {
         std::string reply;
         int all;
-    } cases[] = {{httpReply("OK\n"), 0}, {httpReply("OK chipninterface=1\n", "404 Not Found"), -1},
+    } cases[] = {{httpReply("OK\n"), 0},
+                 {httpReply("OK chipninterface=1\n", "404 Not Found"), -1},
                  {std::string("\0OK chipninterface=1", 20), -1}};
     for (const auto& row : cases) {
         std::uint32_t mask = 99;
@@ -86,10 +89,9 @@ TEST_F(Capabilities, TheModelTellsItsFamilies)
         int mini;
         int cube;
         int highFrame;
-    } cases[] = {{"KX-C208T", 1, 0, 0}, {"KX-C209RT", 0, 1, 0}, {"KX-C20", 0, 0, 0},
-                 {"KX-C28", 0, 0, 0},   {"", 0, 0, 0},          {"KX-C3081RB", 1, 0, 1},
-                 {"RXC", 0, 0, 1},      {"KX-R-SP", 0, 0, 1},   {"KX-R200A", 0, 0, 0},
-                 {"KX-r300B", 0, 0, 0}};
+    } cases[] = {{"KX-C208T", 1, 0, 0}, {"KX-C209RT", 0, 1, 0},  {"KX-C20", 0, 0, 0}, {"KX-C28", 0, 0, 0},
+                 {"", 0, 0, 0},         {"KX-C3081RB", 1, 0, 1}, {"RXC", 0, 0, 1},    {"KX-R-SP", 0, 0, 1},
+                 {"KX-R200A", 0, 0, 0}, {"KX-r300B", 0, 0, 0}};
     for (const auto& row : cases) {
         SCOPED_TRACE(row.model);
         ti.setValue("productmodel", row.model);
@@ -105,14 +107,13 @@ TEST_F(Capabilities, TheGeneralListIsReadWhole)
 {
     std::string lines(9000, ' ');
     int number = 100;
-    for (const char* key : {"system_io_support", "system_audio_support", "system_fisheye_support",
-                            "system_vca_support", "system_audio_alarm_support", "system_led_support",
-                            "system_led_group_support", "system_ptz_motion_support",
-                            "system_ptz_motion_max_zoom_times", "system_vca_type"})
+    for (const char* key :
+         {"system_io_support", "system_audio_support", "system_fisheye_support", "system_vca_support",
+          "system_audio_alarm_support", "system_led_support", "system_led_group_support",
+          "system_ptz_motion_support", "system_ptz_motion_max_zoom_times", "system_vca_type"})
         lines += "\r\n" + std::string(key) + "=" + std::to_string(number++);
     const ModelGeneralInfo info = read(Kx_Ipc_GetModelGeneral, lines);
-    EXPECT_THAT(queries(ti),
-                ElementsAre("/cgi-bin/admin/admin.cgi?action=get.model.general&format=inf"));
+    EXPECT_THAT(queries(ti), ElementsAre("/cgi-bin/admin/admin.cgi?action=get.model.general&format=inf"));
     EXPECT_EQ(info.system_io_support, 100U);
     EXPECT_EQ(info.system_audio_support, 101U);
     EXPECT_EQ(info.system_fisheye_support, 102U);

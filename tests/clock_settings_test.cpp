@@ -51,8 +51,8 @@ DateTimeInfo aRecord(std::uint8_t type)
 TEST_F(ClockSettings, ReadEveryKeyOfTheirSection)
 {
     const std::string server(100, 's');
-    const DateTimeInfo info = read(Kx_Ipc_GetSystemDate,
-                                   "[OTHER]\r\nsystem_datetime_daylight=7\r\n"
+    const DateTimeInfo info =
+        read(Kx_Ipc_GetSystemDate, "[OTHER]\r\nsystem_datetime_daylight=7\r\n"
                                    "[SYSTEMDATETIME]\r\n"
                                    "system_datetime_localdatetime_date_year=2024\r\n"
                                    "system_datetime_localdatetime_date_month = 0x2\r\n"
@@ -97,8 +97,8 @@ TEST_F(ClockSettings, WhatTheCameraDoesNotTellBecomesADefault)
 
 TEST_F(ClockSettings, NumbersOfAnySizeStayInTheirFields)
 {
-    const DateTimeInfo info = read(Kx_Ipc_GetSystemDate,
-                                   "[SYSTEMDATETIME]\nsystem_datetime_localdatetime_date_year=-2147483648\n"
+    const DateTimeInfo info =
+        read(Kx_Ipc_GetSystemDate, "[SYSTEMDATETIME]\nsystem_datetime_localdatetime_date_year=-2147483648\n"
                                    "system_datetime_localdatetime_date_month=2147483647\n"
                                    "system_datetime_localdatetime_time_hour=-2147483648\n");
     EXPECT_STREQ(info.date, "-2147483648/21");
@@ -116,9 +116,10 @@ TEST_F(ClockSettings, AnEmptyReplyLeavesTheRecordAlone)
 
 TEST_F(ClockSettings, TheSourceDecidesWhatIsSent)
 {
-    const std::string common = path + "action=set.system.datetime&system_datetime_daylight=1"
-                                      "&system_datetime_timezone_tz=-3:30"
-                                      "&system_datetime_zonename_tz=New%20Found&system_datetime_datetimetype=";
+    const std::string common = path +
+                               "action=set.system.datetime&system_datetime_daylight=1"
+                               "&system_datetime_timezone_tz=-3:30"
+                               "&system_datetime_zonename_tz=New%20Found&system_datetime_datetimetype=";
     const std::string time =
         "&system_datetime_localdatetime_time_hour=4&system_datetime_localdatetime_time_minute=5"
         "&system_datetime_localdatetime_time_second=6&system_datetime_localdatetime_date_year=2021"
@@ -127,10 +128,9 @@ TEST_F(ClockSettings, TheSourceDecidesWhatIsSent)
         const DateTimeInfo info = aRecord(type);
         EXPECT_EQ(Kx_Ipc_SetSystemDate(tiId, &info), 0);
     }
-    EXPECT_THAT(queries(ti),
-                ElementsAre(common + "0&system_datetime_ntp_sync_enable=1"
-                                     "&system_datetime_ntp_server_address=ntp.example.org",
-                            common + "1" + time, common + "2" + time, common + "3"));
+    EXPECT_THAT(queries(ti), ElementsAre(common + "0&system_datetime_ntp_sync_enable=1"
+                                                  "&system_datetime_ntp_server_address=ntp.example.org",
+                                         common + "1" + time, common + "2" + time, common + "3"));
 }
 
 TEST_F(ClockSettings, TheCamerasClockRunsFromWhereItIsSet)

@@ -64,6 +64,7 @@ TEST_F(SystemSettings, AbsentFeaturesKeepTheCallersValuesButForTheMode)
     } cases[] = {
         {httpReply("system_lpr=1\n"), 11, -1, KX_ERROR_NONE},
         {httpReply("system_audio_support=3\r\nsystem_audio_support_mode=4\r\n"), 3, 4, KX_ERROR_NONE},
+        {httpReply("system_audio_support=\n7\r\n"), 7, -1, KX_ERROR_NONE}, // a line feed ends no value
         {httpReply("system_audio_support=5\r\n", "404 Not Found"), 5, -1, KX_ERROR_NOT_FOUND},
         {std::string("\0system_audio_support=6", 23), 11, -1, KX_ERROR_NONE},
         {"", 11, -1, KX_ERROR_NETWORK},
@@ -185,7 +186,7 @@ TEST_F(SystemSettings, AResetBringsBackTheFactorysSettingsButForWhatItKeeps)
         EXPECT_EQ(camera.value("gateway"), keepsAddress ? "changed" : "192.168.1.1");
         EXPECT_EQ(camera.value("ftpip"), "");
         EXPECT_EQ(camera.value("ftppath"), "/");
-        EXPECT_EQ(camera.value("title"), "IP camera");
+        EXPECT_EQ(camera.value("title"), "camera");
         EXPECT_EQ(camera.value("productmodel"), "KX-C200T"); // what it is stays, and where it listens
         EXPECT_EQ(camera.value("httpport"), std::to_string(camera.port()));
         EXPECT_GE(login(camera), 1000);
@@ -210,10 +211,10 @@ TEST_F(SystemSettings, AnUpdateIsFoundBegunAndFollowed)
         EXPECT_EQ(progress, expected);
     }
     EXPECT_EQ(ti.value("softversion"), "2.1.0");
-    EXPECT_THAT(queries(ti), testing::IsSupersetOf({std::string("/vb.htm?checkupdate=http://update.kx-cameras."
-                                                                "example/version"),
-                                                    std::string("&updateonline=2.1.0"),
-                                                    std::string("&updateprogress")}));
+    EXPECT_THAT(queries(ti),
+                testing::IsSupersetOf({std::string("/vb.htm?checkupdate=http://update.kx-cameras."
+                                                   "example/version"),
+                                       std::string("&updateonline=2.1.0"), std::string("&updateprogress")}));
 }
 
 TEST_F(SystemSettings, AnErrorOutranksTheProgress)

@@ -25,8 +25,9 @@ void requireConsent(const std::string& what)
 {
     const Descriptor terminal = openTerminal();
     if (!terminal)
-        throw Failure(ExitCode::Usage, "nothing was done: there is no terminal to ask for consent on. Add --yes "
-                                       "to do without");
+        throw Failure(ExitCode::Usage,
+                      "nothing was done: there is no terminal to ask for consent on. Add --yes "
+                      "to do without");
     const std::string question = what + "\nType yes to go on: ";
     char answer[64];
     ssize_t length = -1;

@@ -43,7 +43,7 @@ typedef struct ModelGeneralInfo
     uint32_t system_led_group_support;         /**< illumination in groups */
     uint32_t system_ptz_motion_support;        /**< motorised pan, tilt and zoom */
     uint32_t system_ptz_motion_max_zoom_times; /**< greatest zoom factor */
-    uint32_t system_vca_type;                  /**< kind of video content analysis; 2 when the camera does not tell */
+    uint32_t system_vca_type;                  /**< kind of video content analysis; 2 when untold */
 } ModelGeneralInfo;
 
 /**

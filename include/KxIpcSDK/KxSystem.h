@@ -18,16 +18,16 @@ extern "C" {
 /** The clock, in the camera's own time zone. */
 typedef struct DateTimeInfo
 {
-    uint8_t system_datetime_datetimetype; /**< 0: time from an NTP server, 1 or 2: time set by hand */
-    char date[16];                        /**< "year/month/day", no leading zeros; filled by the get, not sent */
-    char time[16];                        /**< "hour:minute:second", two digits each; filled by the get, not sent */
-    int year;                             /**< e.g. 2024 */
-    int month;                            /**< 1 to 12 */
-    int day;                              /**< 1 to 31 */
-    int hour;                             /**< 0 to 23 */
-    int minute;                           /**< 0 to 59 */
-    int second;                           /**< 0 to 59 */
-    uint8_t system_datetime_daylight;     /**< 1: daylight saving time */
+    uint8_t system_datetime_datetimetype;         /**< 0: time from an NTP server, 1 or 2: time set by hand */
+    char date[16];                                /**< "year/month/day", filled by the get, not sent */
+    char time[16];                                /**< "hour:minute:second", filled by the get, not sent */
+    int year;                                     /**< e.g. 2024 */
+    int month;                                    /**< 1 to 12 */
+    int day;                                      /**< 1 to 31 */
+    int hour;                                     /**< 0 to 23 */
+    int minute;                                   /**< 0 to 59 */
+    int second;                                   /**< 0 to 59 */
+    uint8_t system_datetime_daylight;             /**< 1: daylight saving time */
     char system_datetime_ntp_server_address[135]; /**< NTP server; at most 63 characters are read */
     char system_datetime_timezone_tz[10];         /**< offset from UTC in hours, e.g. "+8" */
     char system_datetime_zonename_tz[32];         /**< name of the zone, e.g. "CHN" */

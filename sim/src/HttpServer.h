@@ -90,7 +90,7 @@ private:
     Tcp::endpoint endpoint_;
     Tcp::socket reservation_;
     Door door_ = Door::Open;
-    int restarts_ = 0; ///< under way
+    int restarts_ = 0;                        ///< under way
     std::shared_ptr<Tcp::acceptor> listener_; ///< shared with its accepting coroutine
     std::optional<Tcp::socket> blocker_;
     std::thread thread_;

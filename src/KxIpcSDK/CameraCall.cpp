@@ -51,5 +51,6 @@ void CameraCall::endSession()
 
 bool CameraCall::request(const char* query, char* reply, std::size_t replySize, Path path)
 {
-    return DoRequest(&session_, query, reply, static_cast<int>(replySize), static_cast<signed char>(path)) == 0;
+    return DoRequest(&session_, query, reply, static_cast<int>(replySize), static_cast<signed char>(path)) ==
+           0;
 }

@@ -13,8 +13,7 @@ namespace
 {
 
 constexpr const Area* areas[] = {
-    &networkArea, &wifiArea, &ddnsArea, &smtpArea, &ftpArea, &upnpArea, &portsArea,
-    &clockArea,   &systemArea,
+    &networkArea, &wifiArea, &ddnsArea, &smtpArea, &ftpArea, &upnpArea, &portsArea, &clockArea, &systemArea,
 };
 
 } // namespace

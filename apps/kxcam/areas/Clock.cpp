@@ -61,8 +61,9 @@ bool wentOn(const void* written, const void* after)
 
 extern constinit const Area clockArea = makeArea<Kx_Ipc_GetSystemDate, Kx_Ipc_SetSystemDate>(
     "clock", "date, time, time zone, NTP", fields,
-    {.whenNotKept = "A camera takes date and time with system_datetime_datetimetype=1 or 2, and the NTP server "
-                    "with 0.",
+    {.whenNotKept =
+         "A camera takes date and time with system_datetime_datetimetype=1 or 2, and the NTP server "
+         "with 0.",
      .wentOn = wentOn});
 
 } // namespace kxcam

@@ -16,7 +16,8 @@ namespace kxcam
 namespace
 {
 
-constexpr char footer[] = R"help(What a camera has no answer for shows as "(not told)", in JSON as null. The numbers
+constexpr char footer[] =
+    R"help(What a camera has no answer for shows as "(not told)", in JSON as null. The numbers
 after yes and no are the camera's own codes, 0 for none.
 
 Example:
@@ -33,8 +34,7 @@ constexpr Field fields[] = {
     field<&ModelGeneralInfo::system_audio_alarm_support>("system_audio_alarm_support",
                                                          "alarm by sound level"),
     field<&ModelGeneralInfo::system_led_support>("system_led_support", "illumination"),
-    field<&ModelGeneralInfo::system_led_group_support>("system_led_group_support",
-                                                       "illumination in groups"),
+    field<&ModelGeneralInfo::system_led_group_support>("system_led_group_support", "illumination in groups"),
     field<&ModelGeneralInfo::system_ptz_motion_support>("system_ptz_motion_support",
                                                         "motorised pan, tilt and zoom"),
     field<&ModelGeneralInfo::system_ptz_motion_max_zoom_times>("system_ptz_motion_max_zoom_times",
@@ -66,7 +66,8 @@ struct Capabilities
 Capabilities ask(const CommandLine& line)
 {
     const Session session(line.target);
-    const auto list = readTold(general, [&](Record& record) { general.get(session.userId(), record.data()); });
+    const auto list =
+        readTold(general, [&](Record& record) { general.get(session.userId(), record.data()); });
     std::vector<Ability> abilities = askAbilities(session.userId());
     if (!list && !abilities.front().has)
         throw sdkFailure("asking " + line.target.address() + " for its capabilities");
@@ -78,7 +79,10 @@ void print(const Capabilities& capabilities, Console& console)
     const bool describe = console.isTerminal();
     std::vector<TableLine> lines;
     for (const auto& [key, name, has] : capabilities.abilities)
-        lines.push_back({std::string(key), !has ? "(not told)" : *has ? "yes" : "no",
+        lines.push_back({std::string(key),
+                         !has   ? "(not told)"
+                         : *has ? "yes"
+                                : "no",
                          std::string(describe ? name : "")});
     for (TableLine& more : tableOf(general, capabilities.general, false, describe))
         lines.push_back(std::move(more));

@@ -45,8 +45,7 @@ struct Reset
 constexpr Reset resets[] = {
     {"ip", Kx_Ipc_ResetSystemOnlyKeepIp, "all settings but its network address"},
     {"user", Kx_Ipc_ResetSystemOnlyKeepUser, "all settings but its users; it may get another address"},
-    {"all-defaults", Kx_Ipc_ResetSystem,
-     "all settings, users and passwords too; it may get another address"},
+    {"all-defaults", Kx_Ipc_ResetSystem, "all settings, users and passwords too; it may get another address"},
 };
 
 ExitCode reset(const Options& options, const CommandLine& line, Console& console)

@@ -28,8 +28,8 @@ Do not switch the camera off while it updates.
 
 Run 'kxcam --help' for --host, --port, --user, --json and the exit codes.)";
 
-constexpr int done = 100;          // per cent
-constexpr int mostPolls = 120;     // without any progress
+constexpr int done = 100;      // per cent
+constexpr int mostPolls = 120; // without any progress
 constexpr int notTold = std::numeric_limits<int>::min();
 
 struct Options

@@ -20,7 +20,7 @@ struct CameraOptions
     unsigned short port = 0; ///< 0: any free port, told by SimCamera::port()
     std::string user = "admin";
     std::string password = "admin";
-    std::string lineEnd = "\n"; ///< what ends a line of a reply's body
+    std::string lineEnd = "\n";                  ///< what ends a line of a reply's body
     std::chrono::milliseconds restartTime{3000}; ///< for so long a restart or a reset refuses connections
 };
 

@@ -96,7 +96,8 @@ struct Action
 {
     std::string_view path;
     std::string_view name;
-    std::vector<std::string> (*answer)(Settings& settings, const Parameters& parameters); ///< the body's lines
+    /// The lines of the reply's body.
+    std::vector<std::string> (*answer)(Settings& settings, const Parameters& parameters);
 };
 
 constexpr std::string_view settingsPath = "/vb.htm";

@@ -32,9 +32,9 @@ constexpr std::array settings{
 std::vector<std::string> generalModel(Settings& camera, const Parameters&)
 {
     constexpr std::string_view keys[] = {
-        "system_io_support",         "system_audio_support",       "system_fisheye_support",
-        "system_vca_support",        "system_audio_alarm_support", "system_led_support",
-        "system_led_group_support",  "system_ptz_motion_support",  "system_ptz_motion_max_zoom_times",
+        "system_io_support",        "system_audio_support",       "system_fisheye_support",
+        "system_vca_support",       "system_audio_alarm_support", "system_led_support",
+        "system_led_group_support", "system_ptz_motion_support",  "system_ptz_motion_max_zoom_times",
         "system_vca_type",
     };
     return camera.lines(keys);

@@ -25,9 +25,8 @@ constexpr std::array settings{
 };
 
 constexpr std::string_view keptKeys[] = {
-    "system_datetime_datetimetype",       "system_datetime_daylight",
-    "system_datetime_ntp_server_address", "system_datetime_timezone_tz",
-    "system_datetime_zonename_tz",
+    "system_datetime_datetimetype", "system_datetime_daylight",    "system_datetime_ntp_server_address",
+    "system_datetime_timezone_tz",  "system_datetime_zonename_tz",
 };
 
 /// A part of the date or the time, under its key.

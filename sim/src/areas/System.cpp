@@ -9,7 +9,7 @@ namespace
 {
 
 constexpr std::array settings{
-    Setting{"title", "IP camera"},
+    Setting{"title", "camera"},
     Setting{"productmodel", "", Access::ReadOnly}, // the camera's own, filled in by Device
     Setting{"oemmodel", "", Access::ReadOnly},
     Setting{"softversion", "2.0.4", Access::ReadOnly},

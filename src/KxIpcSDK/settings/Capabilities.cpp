@@ -119,8 +119,7 @@ int KX_Ipc_HasHighFrameInterface(long userId)
 int Kx_Ipc_GetModelGeneral(long userId, ModelGeneralInfo* info)
 {
     CameraCall call(userId, info);
-    const auto reply =
-        call.get<Reply<IniStyle, 10240>>("action=get.model.general&format=inf", Path::Admin);
+    const auto reply = call.get<Reply<IniStyle, 10240>>("action=get.model.general&format=inf", Path::Admin);
     if (!reply)
         return -1;
     reply.number("system_io_support", info->system_io_support);

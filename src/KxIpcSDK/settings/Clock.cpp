@@ -84,8 +84,7 @@ int Kx_Ipc_GetSystemDate(long userId, DateTimeInfo* info)
     const ClockSection clock(reply);
     readDate(clock, *info);
     readTime(clock, *info);
-    info->system_datetime_daylight =
-        static_cast<std::uint8_t>(clock.number("system_datetime_daylight", 0));
+    info->system_datetime_daylight = static_cast<std::uint8_t>(clock.number("system_datetime_daylight", 0));
     info->system_datetime_datetimetype =
         static_cast<std::uint8_t>(clock.number("system_datetime_datetimetype", ByHand));
     constexpr int serverBound = 64; // no camera takes a longer name, whatever the field holds

@@ -27,7 +27,7 @@ FeatureReply getFeatures(CameraCall& call)
     constexpr char query[] = "action=get.system.information&format=inf";
     setLastError(KX_ERROR_NONE); // so that the code afterwards is this request's
     const auto reply = call.get<FeatureReply>(query, Path::Admin);
-    if (reply || g_nLastError != KX_ERROR_FORBIDDEN)
+    if (reply.received() || g_nLastError != KX_ERROR_FORBIDDEN)
         return reply;
     return call.get<FeatureReply>(query, Path::Admin);
 }

@@ -8,8 +8,7 @@
 int Kx_Ipc_GetUpdateInfo(long userId, char* reply, int size)
 {
     CameraCall call(userId, reply);
-    const bool received =
-        call.fetch("checkupdate=http://update.kx-cameras.example/version", reply, size);
+    const bool received = call.fetch("checkupdate=http://update.kx-cameras.example/version", reply, size);
     return received && std::strstr(reply, "OK checkupdate") != nullptr ? 0 : -1;
 }
 
