@@ -15,6 +15,12 @@ struct Records
     FtpInfo ftp{};
     UpnpInfo upnp{};
     PortInfo ports{};
+    DateTimeInfo clock{};
+    SystemInfo system{};
+    char updateInfo[1024] = {};
+    int updateProgress = 0;
+    uint32_t interfaces = 0;
+    ModelGeneralInfo model{};
 };
 
 struct NamedCall
@@ -24,6 +30,7 @@ struct NamedCall
     bool takesRecord = true;
     int failure = -1;
     bool ignoresReply = false; // succeeds when the request went out and anything came back
+    int unreached = failure;   // the result when the checks pass and the request fails
 };
 
 inline const std::vector<NamedCall> cameraCalls = {
@@ -50,4 +57,41 @@ inline const std::vector<NamedCall> cameraCalls = {
     {"GetPortInfo", [](long id, Records* r) { return Kx_Ipc_GetPortInfo(id, r ? &r->ports : nullptr); }},
     {"SetPortInfo", [](long id, Records* r) { return Kx_Ipc_SetPortInfo(id, r ? &r->ports : nullptr); }, true,
      -1, true},
+
+    {"GetSystemDate", [](long id, Records* r) { return Kx_Ipc_GetSystemDate(id, r ? &r->clock : nullptr); }},
+    {"SetSystemDate", [](long id, Records* r) { return Kx_Ipc_SetSystemDate(id, r ? &r->clock : nullptr); },
+     true, -1, true},
+    {"SetDeviceName", [](long id, Records*) { return Kx_Ipc_SetDeviceName(id, "name"); }, false, -1, true},
+    {"GetSystemInfo", [](long id, Records* r) { return Kx_Ipc_GetSystemInfo(id, r ? &r->system : nullptr); }},
+    {"RebootSystem", [](long id, Records*) { return Kx_Ipc_RebootSystem(id); }, false, -1, true},
+    {"RestoreSystem", [](long id, Records*) { return Kx_Ipc_RestoreSystem(id); }, false, -1, true},
+    {"ResetSystem", [](long id, Records*) { return Kx_Ipc_ResetSystem(id); }, false, -1, true},
+    {"ResetSystemOnlyKeepIp", [](long id, Records*) { return Kx_Ipc_ResetSystemOnlyKeepIp(id); }, false},
+    {"ResetSystemOnlyKeepUser", [](long id, Records*) { return Kx_Ipc_ResetSystemOnlyKeepUser(id); }, false},
+    {"GetUpdateInfo",
+     [](long id, Records* r) {
+         return Kx_Ipc_GetUpdateInfo(id, r ? r->updateInfo : nullptr, sizeof r->updateInfo);
+     }},
+    {"UpdateOnline", [](long id, Records* r) { return Kx_Ipc_UpdateOnline(id, r ? "text" : nullptr); }},
+    {"GetUpdateOnlineProgress",
+     [](long id, Records* r) {
+         return Kx_Ipc_GetUpdateOnlineProgress(id, r ? &r->updateProgress : nullptr);
+     }},
+
+    {"GetAllChipInterface", [](long id, Records*) { return Kx_Ipc_GetAllChipInterface(id); }, false},
+    {"GetChipinterface",
+     [](long id, Records* r) { return Kx_Ipc_GetChipinterface(id, r ? &r->interfaces : nullptr); }},
+    {"HasSDInterface", [](long id, Records*) { return Kx_Ipc_HasSDInterface(id); }, false, 0},
+    {"HasAudioInterface", [](long id, Records*) { return Kx_Ipc_HasAudioInterface(id); }, false, 0},
+    {"HasAlarmInterface", [](long id, Records*) { return Kx_Ipc_HasAlarmInterface(id); }, false, 0},
+    {"HasBNCInterface", [](long id, Records*) { return Kx_Ipc_HasBNCInterface(id); }, false, 0},
+    {"HasPTZInterface", [](long id, Records*) { return Kx_Ipc_HasPTZInterface(id); }, false, 0},
+    {"HasNasInterface", [](long id, Records*) { return Kx_Ipc_HasNasInterface(id); }, false, 0},
+    {"HasSipPhoneInterface", [](long id, Records*) { return Kx_Ipc_HasSipPhoneInterface(id); }, false, 0},
+    {"IsMini", [](long id, Records*) { return Kx_Ipc_IsMini(id); }, false, 0},
+    {"IsCube", [](long id, Records*) { return Kx_Ipc_IsCube(id); }, false, 0},
+    {"HasHighFrameInterface", [](long id, Records*) { return KX_Ipc_HasHighFrameInterface(id); }, false, -1,
+     false, 0},
+    {"GetModelGeneral",
+     [](long id, Records* r) { return Kx_Ipc_GetModelGeneral(id, r ? &r->model : nullptr); }},
 };

@@ -57,11 +57,11 @@ tell() {
     cat <&9 >/dev/null
     exec 9>&-
 }
-# Whether the output is what kxcam calls JSON: one object of texts, numbers and nulls.
+# Whether the output is what kxcam calls JSON: one object of texts, numbers, truths and nulls.
 is_json() {
-    local value='("([^"\\[:cntrl:]]|\\["\\bfnrt]|\\u[0-9a-f]{4})*"|-?[0-9]+|null)' object
+    local value='("([^"\\[:cntrl:]]|\\["\\bfnrt]|\\u[0-9a-f]{4})*"|-?[0-9]+|true|false|null)' object
     object=$(tr -d '\n' <"$scratch/out")
-    [[ $object =~ ^\{("  \""[a-z0-9]+\":\ $value,)*"  \""[a-z0-9]+\":\ $value\}$ ]]
+    [[ $object =~ ^\{("  \""[a-z0-9_]+\":\ $value,)*"  \""[a-z0-9_]+\":\ $value\}$ ]]
 }
 # piped LINE PORT ARGUMENTS...: kxcam with a line to read
 piped() { printf '%s\n' "$1" | kxcam "${@:2}"; }
@@ -85,6 +85,7 @@ while read -r area key value others; do
     done
 done <<'END'
 network gateway 10.0.0.7
+system title gate
 wifi wifissid attic
 ddns ddnsenable 1
 smtp smtpauth 2
@@ -95,6 +96,57 @@ ports onvifport 9000 subrtspport=555
 END
 expect 5 'did not keep the new ddnsdomain: given www.x.org, it has \(empty\)' \
     kxcam "$page" set ddns ddnsdomain=www.x.org
+
+# The clock runs: what is read back is not to the second what was given.
+expect 0 'system_datetime_zonename_tz CET ' kxcam "$ti" get clock
+expect 0 'datetimetype 0 -> 1 .*hour [0-9]+ (-> 5|\(as before\)) .*minute [0-9]+ (-> 59|-> 0|\(as before\)) ' \
+    kxcam "$ti" set clock system_datetime_datetimetype=1 hour=5 minute=59 second=59
+expect 0 '"date": "20[0-9/]+", .*"hour": [56],' kxcam "$ti" get clock --json
+is_json || fail 'is not JSON'
+expect 0 '^system_datetime_zonename_tz CET -> UTC $' kxcam "$ti" set clock system_datetime_zonename_tz=UTC
+expect 5 'did not keep the new year: given 1999, it has 20.*with system_datetime_datetimetype=1 or 2' \
+    kxcam "$ti" set clock system_datetime_datetimetype=0 year=1999
+expect_unsent 2 "'month' takes 1 to 12, not 0" kxcam "$ti" set clock month=0
+
+# What the camera is and can do.
+expect 0 'productmodel KX-C200T .* capabilities memory card, audio, alarm ports, analogue video output $' \
+    kxcam "$ti" info
+expect 0 '"cputype": "Hi3516", .* "capabilities": \[ "memorycard", "audio", "alarm", "ptz", "sipphone" \] \}' \
+    kxcam "$page" info --json
+expect 0 'bnc yes .* sipphone no .* system_ptz_motion_max_zoom_times \(not told\) ' kxcam "$ti" capabilities
+expect 0 '"bnc": false, .*"system_vca_type": 1,' kxcam "$page" capabilities --json
+is_json || fail 'is not JSON'
+
+# Updates of the firmware.
+expect 0 '^OK checkupdate=2\.1\.0 $' kxcam "$ti" update check
+expect 0 '"answer": "OK checkupdate=2\.1\.0"' kxcam "$ti" update check --json
+expect 1 'tells no progress: no update is running' kxcam "$ti" update watch
+expect 0 "follow it with: kxcam --host 127.0.0.1 --port $ti update watch" kxcam "$ti" update start 2.1.0
+expect 0 '^0 % 25 % 50 % 75 % 100 % $' kxcam "$ti" update watch --interval 1
+expect 0 '^\{"progress": 100\} $' kxcam "$ti" update watch --json
+expect 0 'softversion 2\.1\.0 ' kxcam "$ti" info
+expect 0 '"started": true' kxcam "$ti" update start 9.9 --json
+expect 1 'failed: it reports error -1' kxcam "$ti" update watch
+expect_unsent 2 "the text 'x&y' contains '&'" kxcam "$ti" update start 'x&y'
+expect_unsent 2 "Run 'kxcam update --help'" kxcam "$ti" update
+
+# Restart and factory settings, which are asked about.
+simulate brief --restart-time 1
+simulate lasting --restart-time 3600000
+expect 0 '^restarting $' kxcam "$lasting" reboot
+expect 4 'could not be reached' kxcam "$lasting" get system
+for keep in ip user all-defaults; do
+    until tell "$brief" 'ftpip=here&gateway=10.9.9.9' 2>"$scratch/err"; do sleep 0.01; done
+    expect 2 'nothing was done: .* Add --yes' \
+        setsid -w "$bin/kxcam" --host 127.0.0.1 --port "$brief" reset --keep $keep
+    expect 0 '^reset; the camera restarts $' kxcam "$brief" reset --keep $keep --yes
+    until tell "$brief" '' 2>"$scratch/err"; do sleep 0.01; done
+    expect 0 'ftpip \(empty\)' kxcam "$brief" get ftp
+    [ $keep = ip ] && gateway=10.9.9.9 || gateway=192.168.1.1
+    expect 0 "gateway ${gateway//./\\.} " kxcam "$brief" get network
+done
+expect_unsent 2 '--keep is required' kxcam "$ti" reset --yes
+expect_unsent 2 'all not in' kxcam "$ti" reset --keep all --yes
 
 # Secrets, and texts made to do harm.
 expect 0 'ftppassword \*{8} ' kxcam "$ti" get ftp
@@ -139,7 +191,7 @@ expect_unsent 2 'line break' kxcam "$ti" set ftp $'ftppath=/\r\nX: y'
 expect_unsent 2 'standard input ended' kxcam "$ti" set ftp ftppassword=-
 expect_unsent 2 'not of the form key=value' kxcam "$ti" set ftp ftpip
 expect_unsent 2 'add subrtspport=…: every set of ports writes it' kxcam "$ti" set ports httpport=81
-expect_unsent 2 "no area 'clock'\. Areas: network, wifi," kxcam "$ti" get clock
+expect_unsent 2 "no area 'siren'\. Areas: network, wifi," kxcam "$ti" get siren
 expect_unsent 2 "--bogus.* Run 'kxcam get --help'" kxcam "$ti" get ftp --bogus
 expect_unsent 2 'Give one of: discover get set test-smtp' kxcam "$ti"
 expect_unsent 2 'Give its address with --host' "$bin/kxcam" get ftp
@@ -169,6 +221,10 @@ while read -r name status options; do
     expect "$status" 'failed: .* (Check|Log in as)' kxcam "${!name}" set ftp ftpip=x
     expect "$status" 'failed: ' kxcam "${!name}" set upnp "${everything[@]}"
     expect "$status" 'failed: ' kxcam "${!name}" get upnp
+    for verb in info capabilities 'update check' 'reset --keep ip --yes'; do # one restarts even as it fails
+        # shellcheck disable=SC2086
+        expect "$status" 'failed: ' kxcam "${!name}" $verb
+    done
     ! grep -Eq '(ftpip|upnpinfo|scanupnp)=[^ ]' <(sed 's/paratest=//g' "$scratch/$name") || fail 'wrote to it'
 done <<'END'
 refuse 4 --fault refuse
@@ -192,10 +248,31 @@ ask_on_a_terminal() {
     grep -q 'mail server' "$scratch/out" || fail 'does not describe the settings'
     ! grep -q "$KXCAM_PASSWORD" "$scratch/out" || fail 'shows the password'
 }
+# A reset is done when a person says yes, and a progress bar grows in place.
+consent_on_a_terminal() {
+    local answer
+    command='kxcam on a terminal: consent and progress'
+    until tell "$brief" 'ftpip=here' 2>"$scratch/err"; do sleep 0.01; done
+    for answer in y no yes; do
+        kxcam "$brief" get ftp >"$scratch/ftp" 2>&1
+        grep -q 'ftpip .*here' "$scratch/ftp" || fail "does not take '$answer' for a no"
+        script -qec "'$bin/kxcam' --host 127.0.0.1 --port $brief reset --keep ip" /dev/null \
+            <<<"$answer" >"$scratch/out"
+        grep -q 'all settings but its network address' "$scratch/out" || fail 'does not say what is lost'
+    done
+    until kxcam "$brief" update start 2.1.0 >"$scratch/out" 2>&1; do sleep 0.01; done
+    kxcam "$brief" get ftp >"$scratch/ftp"
+    grep -q 'ftpip .*(empty)' "$scratch/ftp" || fail 'does not reset'
+    script -qec "'$bin/kxcam' --host 127.0.0.1 --port $brief update watch --interval 1" /dev/null \
+        </dev/null >"$scratch/out"
+    tr '\r' '\n' <"$scratch/out" | grep -q '^\[#\{20\}-\{20\}\] 50 %$' || fail 'has no progress bar'
+    [ "$(wc -l <"$scratch/out")" = 1 ] || fail 'lets the bar leave its line'
+}
 if script -qec true /dev/null >/dev/null 2>&1; then
     ask_on_a_terminal
+    consent_on_a_terminal
 else
-    echo 'skipped: the password prompt, which is tested where the system has pseudo-terminals'
+    echo 'skipped: prompts and the progress bar, which are tested where the system has pseudo-terminals'
 fi
 
 [ $failures = 0 ]

@@ -288,6 +288,26 @@ TEST(SimCamera, FaultsHitOnlyTheRequestsTheyAreFor)
     }
 }
 
+TEST(SimCamera, ARestartDropsConnectionsAndRefusesThemForItsTime)
+{
+    for (const auto time : {0ms, 50ms, std::chrono::milliseconds(1h)}) {
+        SCOPED_TRACE(time.count());
+        SimCamera camera({.restartTime = time});
+        Client idle(camera);
+        idle.send("GET /"); // never ends its request
+        EXPECT_EQ(askSettings(camera, "ipcamrestartcmd"), kxsim::httpReply("OK ipcamrestartcmd\n"));
+        EXPECT_EQ(idle.receive(), "");
+        EXPECT_EQ(idle.end(), End::Closed);
+        camera.clearFault(); // opens no door that a restart holds shut
+        if (time != 50ms) {
+            EXPECT_EQ(Client(camera).end(), time == 0ms ? End::Open : End::Refused);
+        }
+        for (int tries = 0; tries < 500 && time == 50ms && Client(camera).end() == End::Refused; ++tries)
+            std::this_thread::sleep_for(2ms);
+        EXPECT_EQ(Client(camera).end(), time == 1h ? End::Refused : End::Open);
+    }
+}
+
 TEST(SimCamera, EndsAtOnceAndLeavesItsPortWhateverItDoes)
 {
     for (int kind = static_cast<int>(Kind::None); kind <= static_cast<int>(Kind::Status); ++kind) {

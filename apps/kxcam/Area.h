@@ -54,6 +54,7 @@ struct Field
     Access access = Access::ReadWrite;
     bool secret = false;
     bool zeroWhenUntold = false; // a camera that does not tell it means 0
+    bool running = false;        // goes on by itself, as a clock does
     int lowest = std::numeric_limits<int>::min();
     int highest = std::numeric_limits<int>::max();
 
@@ -68,6 +69,8 @@ struct Quirks
     std::string_view whenNotKept = {};
     /// Where to log in after a set that makes the camera leave its address or port; empty: it stays.
     std::string (*moved)(const void* before, const void* wanted, const Target& target) = nullptr;
+    /// Whether the running fields of a record are those that were written, gone on since.
+    bool (*wentOn)(const void* written, const void* after) = nullptr;
 };
 
 struct Area
@@ -137,7 +140,7 @@ constexpr Field field(std::string_view key, std::string_view help)
         if constexpr (kind == Kind::Text)
             return std::string(member, strnlen(member, sizeof member));
         else
-            return int{member};
+            return static_cast<int>(member);
     };
     const auto write = [](void* record, const Value& value) {
         auto& member = static_cast<RecordType*>(record)->*Member;
@@ -183,6 +186,12 @@ constexpr Field mustGive(Field field)
 constexpr Field secret(Field field)
 {
     field.secret = true;
+    return field;
+}
+
+constexpr Field running(Field field)
+{
+    field.running = true;
     return field;
 }
 

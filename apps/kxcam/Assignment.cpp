@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-#include <optional>
 
 #include "Failure.h"
 #include "SecretInput.h"
@@ -47,21 +46,6 @@ bool isEncoded(const std::string& text, std::size_t at)
 {
     const auto isHex = [](char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; };
     return text[at] == '%' && at + 2 < text.size() && isHex(text[at + 1]) && isHex(text[at + 2]);
-}
-
-/// Why a text can not be sent.
-std::optional<std::string> obstacle(const std::string& text)
-{
-    if (text.find('&') != std::string::npos)
-        return "contains '&', which separates settings in the camera's language";
-    for (std::size_t at = 0; at < text.size(); ++at)
-        if (isEncoded(text, at))
-            return "contains '%' and two hexadecimal digits, which the camera takes for one encoded "
-                   "character";
-    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-    if (std::any_of(text.begin(), text.end(), isControl))
-        return "contains a line break or another control character";
-    return std::nullopt;
 }
 
 std::string parseText(const Field& field, std::string text)
@@ -116,6 +100,20 @@ void requireGiven(const Area& area, const Assignments& assignments)
 }
 
 } // namespace
+
+std::optional<std::string> obstacle(const std::string& text)
+{
+    if (text.find('&') != std::string::npos)
+        return "contains '&', which separates settings in the camera's language";
+    for (std::size_t at = 0; at < text.size(); ++at)
+        if (isEncoded(text, at))
+            return "contains '%' and two hexadecimal digits, which the camera takes for one encoded "
+                   "character";
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
+    if (std::any_of(text.begin(), text.end(), isControl))
+        return "contains a line break or another control character";
+    return std::nullopt;
+}
 
 Assignments parseAssignments(const Area& area, const std::vector<std::string>& arguments)
 {

@@ -96,6 +96,12 @@ void Console::print(std::string_view text)
     std::fwrite(text.data(), 1, text.size(), out_.get());
 }
 
+void Console::printNow(std::string_view text)
+{
+    print(text);
+    flush();
+}
+
 void Console::table(const std::vector<TableLine>& lines)
 {
     const std::size_t keyWidth = widest(lines, &TableLine::key, std::string::npos);

@@ -40,6 +40,9 @@ public:
 
     void print(std::string_view text);
 
+    /// Prints what is to be seen now, such as a progress bar.
+    void printNow(std::string_view text);
+
     /// Prints aligned columns; descriptions are dim on a terminal.
     void table(const std::vector<TableLine>& lines);
 

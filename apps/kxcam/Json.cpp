@@ -19,14 +19,24 @@ nlohmann::ordered_json jsonOf(const Field& field, const Value& value, bool showS
 
 } // namespace
 
-void printJson(const Area& area, const Record& record, bool showSecrets, Console& console)
+nlohmann::ordered_json toJson(const Area& area, const Record& record, bool showSecrets)
 {
     nlohmann::ordered_json object = nlohmann::ordered_json::object();
     for (const Field& field : area.fields)
         if (field.isRead())
             object[std::string(field.key)] = jsonOf(field, record.value(field), showSecrets);
+    return object;
+}
+
+void printJson(const nlohmann::ordered_json& object, Console& console)
+{
     // A camera's text need not be UTF-8; JSON must be.
     console.print(object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+}
+
+void printJson(const Area& area, const Record& record, bool showSecrets, Console& console)
+{
+    printJson(toJson(area, record, showSecrets), console);
 }
 
 } // namespace kxcam

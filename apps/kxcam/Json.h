@@ -1,13 +1,18 @@
 // Settings as JSON, for programs.
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
+
 #include "Area.h"
 #include "Console.h"
 
 namespace kxcam
 {
 
-/// Prints a record as one object; a value that the camera does not tell is null.
+/// A record as one object; a value that the camera does not tell is null.
+nlohmann::ordered_json toJson(const Area& area, const Record& record, bool showSecrets);
+
+void printJson(const nlohmann::ordered_json& object, Console& console);
 void printJson(const Area& area, const Record& record, bool showSecrets, Console& console);
 
 } // namespace kxcam

@@ -11,13 +11,13 @@
 #include <optional>
 #include <string_view>
 
-#include <fcntl.h>
 #include <poll.h>
 #include <sys/signalfd.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include "Failure.h"
+#include "Terminal.h"
 
 namespace kxcam
 {
@@ -25,25 +25,6 @@ namespace
 {
 
 constexpr std::size_t longestLine = 4096;
-
-class Descriptor
-{
-public:
-    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-    ~Descriptor()
-    {
-        if (descriptor_ >= 0)
-            close(descriptor_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int get() const { return descriptor_; }
-    explicit operator bool() const { return descriptor_ >= 0; }
-
-private:
-    int descriptor_;
-};
 
 class BlockedSignals
 {
@@ -133,12 +114,6 @@ std::string ask(const Descriptor& terminal, const std::string& prompt)
     for (;;)
         if (auto line = askOnce(terminal.get(), prompt))
             return *line;
-}
-
-// The terminal that kxcam runs on, wherever its input and output are led.
-Descriptor openTerminal()
-{
-    return Descriptor(open("/dev/tty", O_RDWR | O_CLOEXEC));
 }
 
 } // namespace

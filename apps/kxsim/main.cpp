@@ -71,6 +71,11 @@ void describe(CLI::App& app, Arguments& arguments)
     app.add_option("--port", camera.port, "TCP port; 0 takes any free one");
     app.add_option("--user", camera.user, "User name that clients must give");
     app.add_option("--password", camera.password, "Password that clients must give");
+    app.add_option_function<unsigned>(
+           "--restart-time",
+           [&camera](unsigned time) { camera.restartTime = std::chrono::milliseconds(time); },
+           "Milliseconds that it is out of reach after a restart or a reset")
+        ->default_str(std::to_string(camera.restartTime.count()));
     app.add_option("--fault", arguments.fault, "How it misbehaves")->check(CLI::IsMember(faultsByName));
     app.add_option("--fault-status", arguments.faultStatus, "HTTP status of the fault 'status'")
         ->check(CLI::Range(100, 599));

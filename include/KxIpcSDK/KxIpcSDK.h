@@ -19,9 +19,11 @@
 #ifndef KXIPCSDK_KXIPCSDK_H
 #define KXIPCSDK_KXIPCSDK_H
 
+#include <KxIpcSDK/KxCapabilities.h>
 #include <KxIpcSDK/KxNetwork.h>
 #include <KxIpcSDK/KxSdk.h>
 #include <KxIpcSDK/KxSdkLog.h>
 #include <KxIpcSDK/KxSearch.h>
+#include <KxIpcSDK/KxSystem.h>
 
 #endif

@@ -2,6 +2,7 @@
 //   paratest=KEY   asks for a value     -> "OK KEY=value"
 //   KEY=value      sets a value         -> "OK KEY"
 //   WORD           runs a command       -> "OK WORD" or "NG WORD"
+//   WORD[=value]   makes an inquiry    -> a line of the inquiry's own
 //   language=ie    opens most queries and means nothing
 // A piece that the camera does not understand gets no line, and the others are answered all the same.
 // A query that opens with "action=NAME" is no settings query: what follows are the action's parameters.
@@ -10,7 +11,6 @@
 #include "HttpText.h"
 
 #include <cstdio>
-#include <utility>
 
 namespace kxsim
 {
@@ -63,6 +63,16 @@ std::vector<std::string_view> piecesOf(std::string_view query)
     return pieces;
 }
 
+Parameters parametersOf(std::string_view query)
+{
+    Parameters parameters;
+    for (const std::string_view piece : piecesOf(query)) {
+        const auto [key, value] = splitAt(piece, '=');
+        parameters.insert_or_assign(std::string(key), percentDecoded(value));
+    }
+    return parameters;
+}
+
 Device::Answer notFound()
 {
     return {404, statusText(404)};
@@ -72,7 +82,7 @@ Device::Answer notFound()
 
 Device::Device(const CameraOptions& options) : lineEnd_(options.lineEnd), chip_(chipOf(options.model))
 {
-    for (const Area* area : {&systemArea, &networkArea})
+    for (const Area* area : {&systemArea, &clockArea, &updateArea, &capabilitiesArea, &networkArea})
         add(*area);
     settings_.put("productmodel", options.model);
 }
@@ -82,6 +92,7 @@ void Device::placeAt(const std::string& address, unsigned short port)
     settings_.put("netip", address);
     settings_.put("httpport", std::to_string(port));
     settings_.put("macaddress", macAddressFor(address, port));
+    factory_ = settings_;
 }
 
 void Device::add(const Area& area)
@@ -92,12 +103,16 @@ void Device::add(const Area& area)
         settings_.put(row.key, row.initial);
         if (row.access == Access::ReadOnly)
             readOnly_.insert(row.key);
+        if (row.keptWith != Keep::Nothing)
+            keptWith_.emplace(row.key, row.keptWith);
     }
     for (const SetRule& rule : area.setRules)
         if (rule.chips & chip_)
             setRules_.emplace(rule.key, &rule);
     for (const Command& command : area.commands)
         commands_.emplace(command.word, &command);
+    for (const Inquiry& inquiry : area.inquiries)
+        inquiries_.emplace(inquiry.word, &inquiry);
     for (const Action& action : area.actions)
         actions_.push_back(&action);
 }
@@ -105,17 +120,18 @@ void Device::add(const Area& area)
 Device::Answer Device::answer(std::string_view target)
 {
     const auto [path, query] = splitAt(target, '?');
-    const auto [name, value] = splitAt(query.substr(0, query.find('&')), '=');
+    const auto [first, parameters] = splitAt(query, '&');
+    const auto [name, value] = splitAt(first, '=');
     if (name == "action")
-        return perform(path, value);
-    return path == "/vb.htm" ? answerSettings(query) : notFound();
+        return perform(path, value, parameters);
+    return path == settingsPath ? answerSettings(query) : notFound();
 }
 
-Device::Answer Device::perform(std::string_view path, std::string_view name) const
+Device::Answer Device::perform(std::string_view path, std::string_view name, std::string_view parameters)
 {
     for (const Action* action : actions_)
         if (action->path == path && action->name == name)
-            return {200, joined(action->answer(settings_))};
+            return {200, joined(action->answer(settings_, parametersOf(parameters)))};
     return notFound();
 }
 
@@ -132,6 +148,8 @@ std::optional<std::string> Device::answerPiece(std::string_view piece)
 {
     const auto [name, value] = splitAt(piece, '=');
     const std::string_view key = withoutTabs(name);
+    if (const auto inquiry = inquiries_.find(key); inquiry != inquiries_.end())
+        return inquiry->second->line(settings_, percentDecoded(value));
     if (name.size() == piece.size())
         return run(key);
     if (key == "paratest")
@@ -166,7 +184,38 @@ std::optional<std::string> Device::run(std::string_view word)
     const auto command = commands_.find(word);
     if (command == commands_.end())
         return std::nullopt;
-    return (command->second->run(settings_) ? "OK " : "NG ") + std::string(word);
+    if (!command->second->run(settings_))
+        return "NG " + std::string(word);
+    apply(command->second->effect);
+    return "OK " + std::string(word);
+}
+
+void Device::apply(Effect effect)
+{
+    switch (effect) {
+    case Effect::None:
+        return;
+    case Effect::Restart:
+        break;
+    case Effect::Reset:
+        reset(Keep::Nothing);
+        break;
+    case Effect::ResetButAddress:
+        reset(Keep::Address);
+        break;
+    case Effect::ResetButUsers:
+        reset(Keep::Users);
+        break;
+    }
+    restarting_ = true;
+}
+
+void Device::reset(Keep keep)
+{
+    const Settings before = std::exchange(settings_, factory_);
+    for (const auto& [key, with] : keptWith_)
+        if (const auto value = before.find(key); value && with == keep)
+            settings_.put(key, *value);
 }
 
 std::string Device::joined(const std::vector<std::string>& lines) const

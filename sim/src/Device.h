@@ -10,6 +10,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kxsim
@@ -19,7 +20,8 @@ class Device
 {
 public:
     explicit Device(const CameraOptions& options);
-    /// Tells the device where it listens, which it then reports as its own settings.
+    /// Tells the device where it listens, which it then reports as its own settings. As it is now, it has left the
+    /// factory.
     void placeAt(const std::string& address, unsigned short port);
 
     struct Answer
@@ -29,12 +31,14 @@ public:
     };
     /// Answers a request target, path and query.
     Answer answer(std::string_view target);
+    /// Whether the camera restarts after the latest answer; asked once.
+    bool takeRestart() { return std::exchange(restarting_, false); }
 
     Settings& settings() { return settings_; }
 
 private:
     void add(const Area& area);
-    Answer perform(std::string_view path, std::string_view actionName) const;
+    Answer perform(std::string_view path, std::string_view actionName, std::string_view parameters);
     Answer answerSettings(std::string_view query);
     std::string joined(const std::vector<std::string>& lines) const;
 
@@ -44,14 +48,20 @@ private:
     std::optional<std::string> set(std::string_view key, std::string_view value);
     std::optional<std::string> run(std::string_view word);
 
+    void apply(Effect effect);
+    void reset(Keep keep);
     bool take(std::string_view key, const std::string& value);
 
     std::string lineEnd_;
     Chip chip_;
     Settings settings_;
+    Settings factory_; ///< those of a camera fresh from the factory
+    bool restarting_ = false;
+    std::map<std::string_view, Keep> keptWith_;
     std::set<std::string_view> readOnly_;
     std::map<std::string_view, const SetRule*> setRules_;
     std::map<std::string_view, const Command*> commands_;
+    std::map<std::string_view, const Inquiry*> inquiries_;
     std::vector<const Action*> actions_;
 };
 

@@ -4,6 +4,7 @@
 //   Refusing  no listener: the kernel answers attempts with a reset.
 //   Dead      `listener_` has room for one connection, which `blocker_`, our own, takes up for ever. The kernel then
 //             drops what asks for another, as if the camera were gone.
+// A restart closes the door for its time, whatever the handler wants, and drops whom it does not concern.
 // One thread runs it all; other threads only post to it. Destruction stops that thread wherever it is and then
 // drops the connections: whatever a coroutine waits for, it is simply not resumed.
 // Where a connection breaks, an exception ends its coroutine, and with it closes its socket.
@@ -117,6 +118,23 @@ asio::awaitable<void> closeGracefully(tcp::socket& socket)
 
 } // namespace
 
+/// A connection, on the list for as long as it is served.
+class HttpServer::Guest
+{
+public:
+    Guest(std::set<Tcp::socket*>& guests, Tcp::socket& socket) : guests_(guests), socket_(socket)
+    {
+        guests_.insert(&socket_);
+    }
+    ~Guest() { guests_.erase(&socket_); }
+    Guest(const Guest&) = delete;
+    Guest& operator=(const Guest&) = delete;
+
+private:
+    std::set<Tcp::socket*>& guests_;
+    Tcp::socket& socket_;
+};
+
 HttpServer::HttpServer(const std::string& address, unsigned short port, HttpHandler& handler)
     : handler_(handler), endpoint_(asio::ip::make_address(address), port),
       reservation_(io_, endpoint_.protocol())
@@ -145,7 +163,28 @@ void HttpServer::start()
 
 void HttpServer::refreshDoor()
 {
-    asio::dispatch(io_, std::packaged_task<void()>([this] { setDoor(handler_.door()); })).get();
+    asio::dispatch(io_, std::packaged_task<void()>([this] { updateDoor(); })).get();
+}
+
+void HttpServer::updateDoor()
+{
+    setDoor(restarts_ > 0 ? Door::Refusing : handler_.door());
+}
+
+void HttpServer::restart(const Tcp::socket& survivor, std::chrono::milliseconds outage)
+{
+    for (Tcp::socket* guest : guests_)
+        if (guest != &survivor)
+            guest->close();
+    if (outage <= 0ms)
+        return;
+    ++restarts_;
+    updateDoor();
+    const auto timer = std::make_shared<asio::steady_timer>(io_, outage);
+    timer->async_wait([this, timer](asio::error_code) {
+        --restarts_;
+        updateDoor();
+    });
 }
 
 std::shared_ptr<HttpServer::Tcp::acceptor> HttpServer::listen(int backlog)
@@ -201,6 +240,7 @@ asio::awaitable<void> HttpServer::acceptConnections(std::shared_ptr<Tcp::accepto
 
 asio::awaitable<void> HttpServer::serve(Tcp::socket socket)
 {
+    const Guest guest(guests_, socket);
     keepFromChildren(socket);
     socket.set_option(Tcp::no_delay(true)); // pieces are to arrive as pieces
     if (!handler_.accepted())
@@ -210,6 +250,8 @@ asio::awaitable<void> HttpServer::serve(Tcp::socket socket)
         co_return;
     const bool complete = head.ends_with(blankLine);
     const Delivery delivery = complete ? handler_.answer(head) : Delivery{renderReply(400, statusText(400))};
+    if (delivery.outage)
+        restart(socket, *delivery.outage);
     co_await deliver(socket, delivery);
     co_await closeGracefully(socket);
 }

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <thread>
 
@@ -36,6 +37,8 @@ struct Delivery
     Manner manner = Manner::Whole;
     std::size_t pieceSize = 1;
     std::chrono::milliseconds pause{0};
+    /// The server then restarts: from before this delivery on it refuses connections for so long, and all others drop.
+    std::optional<std::chrono::milliseconds> outage = {};
 };
 
 /// What a server asks the camera behind it. Every member is called on the server's thread.
@@ -71,17 +74,23 @@ private:
     using Tcp = asio::ip::tcp;
 
     std::shared_ptr<Tcp::acceptor> listen(int backlog);
+    void updateDoor();
     void setDoor(Door door);
+    void restart(const Tcp::socket& survivor, std::chrono::milliseconds outage);
     void open();
     void block();
     asio::awaitable<void> acceptConnections(std::shared_ptr<Tcp::acceptor> listener);
     asio::awaitable<void> serve(Tcp::socket socket);
 
+    class Guest;
+
+    std::set<Tcp::socket*> guests_; ///< before `io_`, whose end ends their coroutines
     asio::io_context io_{1};
     HttpHandler& handler_;
     Tcp::endpoint endpoint_;
     Tcp::socket reservation_;
     Door door_ = Door::Open;
+    int restarts_ = 0;                        ///< under way
     std::shared_ptr<Tcp::acceptor> listener_; ///< shared with its accepting coroutine
     std::optional<Tcp::socket> blocker_;
     std::thread thread_;

@@ -32,4 +32,13 @@ bool Settings::keep(std::string_view key, std::string_view value)
     return true;
 }
 
+std::vector<std::string> Settings::lines(std::span<const std::string_view> keys) const
+{
+    std::vector<std::string> lines;
+    for (const std::string_view key : keys)
+        if (const auto value = find(key))
+            lines.push_back(std::string(key) + "=" + *value);
+    return lines;
+}
+
 } // namespace kxsim

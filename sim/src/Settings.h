@@ -4,8 +4,10 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kxsim
 {
@@ -23,6 +25,9 @@ public:
     void remove(std::string_view key);
     /// Changes the value of a key that the camera has; false when it lacks the key.
     bool keep(std::string_view key, std::string_view value);
+
+    /// "key=value", a line for each of these keys that the camera has.
+    std::vector<std::string> lines(std::span<const std::string_view> keys) const;
 
 private:
     std::map<std::string, std::string, std::less<>> values_;

@@ -61,7 +61,7 @@ class SimCamera::Impl final : private HttpHandler
 public:
     explicit Impl(CameraOptions options)
         : host_(options.address), authorization_("Basic " + base64(options.user + ":" + options.password)),
-          device_(options), server_(options.address, options.port, *this)
+          restartTime_(options.restartTime), device_(options), server_(options.address, options.port, *this)
     {
         device_.placeAt(host_, server_.port());
         server_.start();
@@ -102,6 +102,7 @@ private:
 
     const std::string host_;
     const std::string authorization_;
+    const std::chrono::milliseconds restartTime_;
 
     std::mutex mutex_;
     Device device_;
@@ -183,6 +184,8 @@ Delivery SimCamera::Impl::answer(const std::string& head)
         const std::lock_guard lock(mutex_);
         const Fault fault = takeFault(request.target);
         delivery = delivered(replyTo(request, fault), fault);
+        if (device_.takeRestart())
+            delivery.outage = restartTime_;
         request.status = statusOf(delivery.bytes);
         requests_.push_back(request);
         listener = listener_;

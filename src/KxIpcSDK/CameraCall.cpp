@@ -1,5 +1,7 @@
 #include "KxIpcSDK/CameraCall.h"
 
+#include <cstring>
+
 #include "Core/LastError.h"
 #include "Core/SdkState.h"
 #include "KxIpcSDK/Lifecycle.h"
@@ -18,10 +20,19 @@ CameraCall::CameraCall(long userId, const void* record)
         ready_ = record != nullptr;
 }
 
-int CameraCall::set(const Query& query)
+bool CameraCall::fetch(const char* query, char* room, int size)
+{
+    if (!ready_ || size < 1)
+        return false;
+    const auto roomSize = static_cast<std::size_t>(size);
+    std::memset(room, 0, roomSize);
+    return request(query, room, roomSize, Path::Settings);
+}
+
+int CameraCall::set(const Query& query, Path path)
 {
     char reply[OkReply::size] = {};
-    return ready_ && request(query.c_str(), reply, sizeof reply) ? 0 : -1;
+    return ready_ && request(query.c_str(), reply, sizeof reply, path) ? 0 : -1;
 }
 
 std::optional<ChipFamily> CameraCall::chipFamily()
@@ -38,7 +49,8 @@ void CameraCall::endSession()
         closeSession(session_.nUserId);
 }
 
-bool CameraCall::request(const char* query, char* reply, std::size_t replySize)
+bool CameraCall::request(const char* query, char* reply, std::size_t replySize, Path path)
 {
-    return DoRequest(&session_, query, reply, static_cast<int>(replySize), 0) == 0;
+    return DoRequest(&session_, query, reply, static_cast<int>(replySize), static_cast<signed char>(path)) ==
+           0;
 }

@@ -8,6 +8,13 @@
 #include "KxIpcSDK/Query.h"
 #include "KxIpcSDK/Reply.h"
 
+/// The handler at the camera that a query goes to.
+enum class Path : signed char
+{
+    Settings = 0, // "/vb.htm"
+    Admin = 1     // "/cgi-bin/admin/admin.cgi", for queries "action=…"
+};
+
 /// One call of the application for one camera. False when a check failed; the last error is then set as the check
 /// demands, and every verb fails without a request.
 class CameraCall
@@ -22,15 +29,18 @@ public:
 
     /// Sends a query and receives its reply: `call.get("&paratest=ftpip")`, or `call.get<Reply<OkStyle, 512>>(…)`.
     template <typename AnyReply = OkReply>
-    AnyReply get(const char* query)
+    AnyReply get(const char* query, Path path = Path::Settings)
     {
         AnyReply reply;
-        reply.received_ = ready_ && request(query, reply.raw_, AnyReply::size);
+        reply.received_ = ready_ && request(query, reply.raw_, AnyReply::size, path);
         return reply;
     }
 
+    /// Receives the raw reply into a room of the application's, zeroed first; false when the request failed.
+    bool fetch(const char* query, char* room, int size);
+
     /// Sends a query whose reply does not matter; 0 or -1.
-    int set(const Query& query);
+    int set(const Query& query, Path path = Path::Settings);
 
     /// Asks the camera for its model; nothing when it does not answer.
     std::optional<ChipFamily> chipFamily();
@@ -42,7 +52,7 @@ public:
     void endSession();
 
 private:
-    bool request(const char* query, char* reply, std::size_t replySize);
+    bool request(const char* query, char* reply, std::size_t replySize, Path path);
 
     UserInfo session_; // a copy: a logout or a login meanwhile does not change where this call's requests go
     bool ready_ = false;

@@ -10,5 +10,8 @@ enum class ChipFamily
     A     // page dialect; models that end in "A"
 };
 
+/// The family of a model; an empty one counts as the TI family's.
+ChipFamily chipFamilyOf(char* model);
+
 /// The family of the camera whose model a reply tells. A reply without a model counts as the TI family's.
 ChipFamily chipFamilyOf(const OkReply& reply);

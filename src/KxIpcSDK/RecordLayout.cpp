@@ -2,8 +2,10 @@
 #include <cstddef>
 #include <type_traits>
 
+#include <KxIpcSDK/KxCapabilities.h>
 #include <KxIpcSDK/KxNetwork.h>
 #include <KxIpcSDK/KxSearch.h>
+#include <KxIpcSDK/KxSystem.h>
 
 #define RECORD(record, size)                                                                                 \
     static_assert(std::is_standard_layout_v<record> && std::is_trivially_copyable_v<record>);                \
@@ -93,6 +95,47 @@ FIELD(PortInfo, httpport, 0, 4);
 FIELD(PortInfo, onvifport, 4, 4);
 FIELD(PortInfo, mainrtspport, 8, 4);
 FIELD(PortInfo, subrtspport, 12, 4);
+
+RECORD(DateTimeInfo, 240);
+FIELD(DateTimeInfo, system_datetime_datetimetype, 0, 1);
+FIELD(DateTimeInfo, date, 1, 16);
+FIELD(DateTimeInfo, time, 17, 16);
+FIELD(DateTimeInfo, year, 36, 4);
+FIELD(DateTimeInfo, month, 40, 4);
+FIELD(DateTimeInfo, day, 44, 4);
+FIELD(DateTimeInfo, hour, 48, 4);
+FIELD(DateTimeInfo, minute, 52, 4);
+FIELD(DateTimeInfo, second, 56, 4);
+FIELD(DateTimeInfo, system_datetime_daylight, 60, 1);
+FIELD(DateTimeInfo, system_datetime_ntp_server_address, 61, 135);
+FIELD(DateTimeInfo, system_datetime_timezone_tz, 196, 10);
+FIELD(DateTimeInfo, system_datetime_zonename_tz, 206, 32);
+
+RECORD(SystemInfo, 468);
+FIELD(SystemInfo, title, 0, 256);
+FIELD(SystemInfo, productmodel, 256, 32);
+FIELD(SystemInfo, oemmodel, 288, 32);
+FIELD(SystemInfo, softversion, 320, 32);
+FIELD(SystemInfo, deviceversion, 352, 32);
+FIELD(SystemInfo, sdkversion, 384, 32);
+FIELD(SystemInfo, cputype, 416, 32);
+FIELD(SystemInfo, system_audio_support, 448, 4);
+FIELD(SystemInfo, system_audio_support_mode, 452, 4);
+FIELD(SystemInfo, system_lpr_support, 456, 4);
+FIELD(SystemInfo, system_lpr_version, 460, 4);
+FIELD(SystemInfo, system_alarm_output_support, 464, 4);
+
+RECORD(ModelGeneralInfo, 40);
+FIELD(ModelGeneralInfo, system_io_support, 0, 4);
+FIELD(ModelGeneralInfo, system_audio_support, 4, 4);
+FIELD(ModelGeneralInfo, system_fisheye_support, 8, 4);
+FIELD(ModelGeneralInfo, system_vca_support, 12, 4);
+FIELD(ModelGeneralInfo, system_audio_alarm_support, 16, 4);
+FIELD(ModelGeneralInfo, system_led_support, 20, 4);
+FIELD(ModelGeneralInfo, system_led_group_support, 24, 4);
+FIELD(ModelGeneralInfo, system_ptz_motion_support, 28, 4);
+FIELD(ModelGeneralInfo, system_ptz_motion_max_zoom_times, 32, 4);
+FIELD(ModelGeneralInfo, system_vca_type, 36, 4);
 
 RECORD(SearchDeviceInfo, 292);
 FIELD(SearchDeviceInfo, ip, 0, 64);

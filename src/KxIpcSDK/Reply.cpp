@@ -4,9 +4,30 @@
 
 #include "NetManager/ReplyFields.h"
 
-bool OkStyle::find(const char* reply, const char* key, char* value, std::size_t size)
+namespace
+{
+
+bool findValue(const char* reply, const char* mark, const char* key, const char* lineEnd, char* value,
+               std::size_t size)
 {
     char prefix[128];
-    std::snprintf(prefix, sizeof prefix, "OK %s=", key);
-    return KxSscanf(reply, prefix, "\n", value, static_cast<int>(size - 1)) != -1;
+    std::snprintf(prefix, sizeof prefix, "%s%s=", mark, key);
+    return KxSscanf(reply, prefix, lineEnd, value, static_cast<int>(size - 1)) != -1;
+}
+
+} // namespace
+
+bool OkStyle::find(const char* reply, const char* key, char* value, std::size_t size)
+{
+    return findValue(reply, "OK ", key, "\n", value, size);
+}
+
+bool IniStyle::find(const char* reply, const char* key, char* value, std::size_t size)
+{
+    return findValue(reply, "", key, "\n", value, size);
+}
+
+bool CrLfIniStyle::find(const char* reply, const char* key, char* value, std::size_t size)
+{
+    return findValue(reply, "", key, "\r", value, size);
 }

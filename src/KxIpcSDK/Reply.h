@@ -12,6 +12,18 @@ struct OkStyle
     static bool find(const char* reply, const char* key, char* value, std::size_t size);
 };
 
+/// Lines "key=value", found wherever in the reply the text "key=" stands, a longer key's end included.
+struct IniStyle
+{
+    static bool find(const char* reply, const char* key, char* value, std::size_t size);
+};
+
+/// The same for lines that end with carriage return and line feed: only a carriage return ends a value.
+struct CrLfIniStyle
+{
+    static bool find(const char* reply, const char* key, char* value, std::size_t size);
+};
+
 /// The raw reply, status line and headers included. False when the request failed or the reply is empty. A number is
 /// read through a text of NumberSize bytes.
 template <typename Style, std::size_t Size = 1024, std::size_t NumberSize = Size>
@@ -21,6 +33,9 @@ public:
     static constexpr std::size_t size = Size;
 
     explicit operator bool() const { return received_ && raw_[0] != '\0'; }
+
+    /// Whether the request succeeded, be the reply empty or not.
+    bool received() const { return received_; }
 
     /// Reads a text, cut to its field. A key that is absent leaves the field as it is and gives false.
     template <std::size_t FieldSize>
@@ -42,6 +57,9 @@ public:
     }
 
     bool contains(const char* text) const { return std::strstr(raw_, text) != nullptr; }
+
+    /// The reply as it came, terminated; also what a failed request left of it.
+    const char* raw() const { return raw_; }
 
 private:
     friend class CameraCall;

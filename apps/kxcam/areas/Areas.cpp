@@ -7,12 +7,13 @@ namespace kxcam
 
 // Each is defined in the file of its name.
 extern const Area networkArea, wifiArea, ddnsArea, smtpArea, ftpArea, upnpArea, portsArea;
+extern const Area clockArea, systemArea;
 
 namespace
 {
 
 constexpr const Area* areas[] = {
-    &networkArea, &wifiArea, &ddnsArea, &smtpArea, &ftpArea, &upnpArea, &portsArea,
+    &networkArea, &wifiArea, &ddnsArea, &smtpArea, &ftpArea, &upnpArea, &portsArea, &clockArea, &systemArea,
 };
 
 } // namespace

@@ -62,6 +62,11 @@ std::optional<ExitCode> parse(int argc, char** argv, CommandLine& line, Console&
     addGet(app, line);
     addSet(app, line);
     addTestSmtp(app, line);
+    addInfo(app, line);
+    addCapabilities(app, line);
+    addReboot(app, line);
+    addReset(app, line);
+    addUpdate(app, line);
     try {
         app.parse(argc, argv);
         return std::nullopt;

@@ -32,5 +32,10 @@ void addDiscover(CLI::App& app, CommandLine& line);
 void addGet(CLI::App& app, CommandLine& line);
 void addSet(CLI::App& app, CommandLine& line);
 void addTestSmtp(CLI::App& app, CommandLine& line);
+void addInfo(CLI::App& app, CommandLine& line);
+void addCapabilities(CLI::App& app, CommandLine& line);
+void addReboot(CLI::App& app, CommandLine& line);
+void addReset(CLI::App& app, CommandLine& line);
+void addUpdate(CLI::App& app, CommandLine& line);
 
 } // namespace kxcam

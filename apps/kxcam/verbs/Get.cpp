@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include "Json.h"
+#include "Table.h"
 #include "areas/Areas.h"
 #include "verbs/CommandLine.h"
 
@@ -27,21 +28,14 @@ Examples:
 
 Run 'kxcam --help' for --host, --port, --user, --json and the exit codes.)help";
 
-void printTable(const Area& area, const Record& record, bool showSecrets, Console& console)
-{
-    std::vector<TableLine> lines;
-    for (const Field& field : area.fields)
-        if (field.isRead())
-            lines.push_back({std::string(field.key), displayed(field, record.value(field), showSecrets),
-                             std::string(console.isTerminal() ? field.help : "")});
-    console.table(lines);
-}
-
 ExitCode get(const Options& options, const CommandLine& line, Console& console)
 {
     const Area& area = findArea(options.area);
     const Record record = Session(line.target).read(area);
-    (line.json ? printJson : printTable)(area, record, options.showSecrets, console);
+    if (line.json)
+        printJson(area, record, options.showSecrets, console);
+    else
+        console.table(tableOf(area, record, options.showSecrets, console.isTerminal()));
     return ExitCode::Ok;
 }
 

@@ -60,6 +60,8 @@ std::string outcome(const Field& field, const Value& before, const Value& after,
 {
     if (!isTold(after))
         return assignment != nullptr ? displayed(field, assignment->value, false) + " (sent)" : "";
+    if (field.running && assignment == nullptr)
+        return "";
     const std::string now = displayed(field, after, false);
     if (before != after)
         return displayed(field, before, false) + " -> " + now +
@@ -88,12 +90,13 @@ std::string notKept(const Field& field, const Value& given, const Value& kept)
     return text + ": given " + displayed(field, given, false) + ", it has " + displayed(field, kept, false);
 }
 
-ExitCode judge(const Area& area, const Record& after, const Assignments& assignments)
+ExitCode judge(const Area& area, const Record& wanted, const Record& after, const Assignments& assignments)
 {
+    const bool wentOn = area.quirks.wentOn && area.quirks.wentOn(wanted.data(), after.data());
     ExitCode code = ExitCode::Ok;
     for (const auto& [field, given] : assignments) {
         const Value kept = after.value(*field);
-        if (!isTold(kept) || kept == given)
+        if (!isTold(kept) || kept == given || (field->running && wentOn))
             continue;
         code = ExitCode::NotKept;
         remark(notKept(*field, given, kept));
@@ -136,7 +139,7 @@ ExitCode change(const Area& area, const Assignments& assignments, const CommandL
     }
     const Record after = session.read(area);
     report(area, before, after, assignments, line.json, console);
-    return judge(area, after, assignments);
+    return judge(area, wanted, after, assignments);
 }
 
 ExitCode set(const Options& options, const CommandLine& line, Console& console)

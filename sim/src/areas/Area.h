@@ -3,6 +3,9 @@
 
 #include "../Settings.h"
 
+#include <functional>
+#include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,6 +30,14 @@ enum class Access
     ReadOnly
 };
 
+/// What a reset can be told to leave alone.
+enum class Keep
+{
+    Nothing,
+    Address,
+    Users
+};
+
 /// A key that a get reads, with the value of a camera fresh from the factory.
 struct Setting
 {
@@ -34,7 +45,15 @@ struct Setting
     std::string_view initial;
     Access access = Access::ReadWrite;
     unsigned chips = AnyChip;
+    Keep keptWith = Keep::Nothing; ///< the resets that leave it alone, besides those of other keys
 };
+
+/// A setting that resets leave alone which keep this.
+constexpr Setting kept(Keep with, Setting setting)
+{
+    setting.keptWith = with;
+    return setting;
+}
 
 /// A key that a set writes and that is not simply kept under its own name.
 struct SetRule
@@ -44,20 +63,45 @@ struct SetRule
     unsigned chips = AnyChip;
 };
 
+/// What a command does to the camera as a whole, once it has been answered.
+enum class Effect
+{
+    None,
+    Restart,
+    Reset, ///< to how it left the factory, and restart
+    ResetButAddress,
+    ResetButUsers
+};
+
 /// A word without a value, which makes the camera do something.
 struct Command
 {
     std::string_view word;
     bool (*run)(Settings& settings);
+    Effect effect = Effect::None; ///< when it has run
 };
+
+/// A word, with or without a value, that is answered with a line of its own.
+struct Inquiry
+{
+    std::string_view word;
+    std::optional<std::string> (*line)(Settings& settings, const std::string& value);
+};
+
+/// What follows the name of an action: "key=value", decoded.
+using Parameters = std::map<std::string, std::string, std::less<>>;
 
 /// A request "path?action=name".
 struct Action
 {
     std::string_view path;
     std::string_view name;
-    std::vector<std::string> (*answer)(const Settings& settings); ///< lines of the reply's body
+    /// The lines of the reply's body.
+    std::vector<std::string> (*answer)(Settings& settings, const Parameters& parameters);
 };
+
+constexpr std::string_view settingsPath = "/vb.htm";
+constexpr std::string_view adminPath = "/cgi-bin/admin/admin.cgi";
 
 struct Area
 {
@@ -65,6 +109,7 @@ struct Area
     std::span<const SetRule> setRules = {};
     std::span<const Command> commands = {};
     std::span<const Action> actions = {};
+    std::span<const Inquiry> inquiries = {};
 };
 
 /// A set rule for a value that is read back under another name.
@@ -74,7 +119,10 @@ bool keepAs(Settings& settings, const std::string& value)
     return settings.keep(Key, value);
 }
 
+extern const Area capabilitiesArea;
+extern const Area clockArea;
 extern const Area networkArea;
 extern const Area systemArea;
+extern const Area updateArea;
 
 } // namespace kxsim

@@ -11,15 +11,15 @@ namespace
 constexpr std::array settings{
     // Wired network. The camera's own address, port and MAC address are filled in by Device. A new address or port
     // is kept and read back, but the simulated camera stays where it listens.
-    Setting{"dhcpenable", "0"},
-    Setting{"netip", ""},
-    Setting{"netmask", "255.255.255.0"},
-    Setting{"gateway", "192.168.1.1"},
-    Setting{"dnsip", "192.168.1.1"},
+    kept(Keep::Address, {"dhcpenable", "0"}),
+    kept(Keep::Address, {"netip", ""}),
+    kept(Keep::Address, {"netmask", "255.255.255.0"}),
+    kept(Keep::Address, {"gateway", "192.168.1.1"}),
+    kept(Keep::Address, {"dnsip", "192.168.1.1"}),
     Setting{"macaddress", "", Access::ReadOnly},
 
     // Service ports
-    Setting{"httpport", ""},
+    kept(Keep::Address, {"httpport", ""}),
     Setting{"onvifport", "8999"},
     Setting{"mainrtspport", "554"},
     Setting{"subrtspport", "555"},
@@ -147,16 +147,17 @@ constexpr std::array commands{
     Command{"testsmtp", sendTestMail},
 };
 
-std::vector<std::string> generalNetwork(const Settings& camera)
+std::vector<std::string> generalNetwork(Settings& camera, const Parameters&)
 {
-    std::vector<std::string> lines{"OK"};
-    for (const char* key : {"dhcpenable", "netip", "netmask", "gateway", "dnsip", "macaddress", "httpport"})
-        lines.push_back(std::string(key) + "=" + camera.text(key));
+    constexpr std::string_view keys[] = {"dhcpenable", "netip",      "netmask", "gateway",
+                                         "dnsip",      "macaddress", "httpport"};
+    std::vector<std::string> lines = camera.lines(keys);
+    lines.insert(lines.begin(), "OK");
     return lines;
 }
 
 constexpr std::array actions{
-    Action{"/vb.htm", "get.network.general", generalNetwork}, // what a client logs in with
+    Action{settingsPath, "get.network.general", generalNetwork}, // what a client logs in with
 };
 
 } // namespace

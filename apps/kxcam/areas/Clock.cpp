@@ -1,0 +1,69 @@
+// The clock. It runs, so that what is read back is later than what was written.
+#include <cstdlib>
+#include <ctime>
+
+#include <KxIpcSDK/KxSystem.h>
+
+#include "Area.h"
+
+namespace kxcam
+{
+namespace
+{
+
+constexpr Field within(int lowest, int highest, Field field)
+{
+    field.lowest = lowest;
+    field.highest = highest;
+    return running(field);
+}
+
+constexpr Field fields[] = {
+    field<&DateTimeInfo::system_datetime_datetimetype>("system_datetime_datetimetype",
+                                                       "time from: 0 an NTP server, 1 or 2 people"),
+    running(readOnly(field<&DateTimeInfo::date>("date", "year/month/day"))),
+    running(readOnly(field<&DateTimeInfo::time>("time", "hour:minute:second"))),
+    within(1970, 2037, field<&DateTimeInfo::year>("year", "")),
+    within(1, 12, field<&DateTimeInfo::month>("month", "")),
+    within(1, 31, field<&DateTimeInfo::day>("day", "")),
+    within(0, 23, field<&DateTimeInfo::hour>("hour", "")),
+    within(0, 59, field<&DateTimeInfo::minute>("minute", "")),
+    within(0, 59, field<&DateTimeInfo::second>("second", "")),
+    field<&DateTimeInfo::system_datetime_daylight>("system_datetime_daylight", "1: daylight saving time"),
+    field<&DateTimeInfo::system_datetime_ntp_server_address>("system_datetime_ntp_server_address",
+                                                             "NTP server"),
+    field<&DateTimeInfo::system_datetime_timezone_tz>("system_datetime_timezone_tz",
+                                                      "hours ahead of UTC, e.g. +8"),
+    field<&DateTimeInfo::system_datetime_zonename_tz>("system_datetime_zonename_tz", "name of the time zone"),
+};
+
+std::time_t timeOf(const void* record)
+{
+    const auto& info = *static_cast<const DateTimeInfo*>(record);
+    std::tm time{};
+    time.tm_year = info.year - 1900;
+    time.tm_mon = info.month - 1;
+    time.tm_mday = info.day;
+    time.tm_hour = info.hour;
+    time.tm_min = info.minute;
+    time.tm_sec = info.second;
+    return timegm(&time);
+}
+
+bool wentOn(const void* written, const void* after)
+{
+    constexpr std::time_t longestSet = 60; // seconds from writing to reading back, with a slow camera
+    const std::time_t passed = timeOf(after) - timeOf(written);
+    return passed >= 0 && passed <= longestSet;
+}
+
+} // namespace
+
+extern constinit const Area clockArea = makeArea<Kx_Ipc_GetSystemDate, Kx_Ipc_SetSystemDate>(
+    "clock", "date, time, time zone, NTP", fields,
+    {.whenNotKept =
+         "A camera takes date and time with system_datetime_datetimetype=1 or 2, and the NTP server "
+         "with 0.",
+     .wentOn = wentOn});
+
+} // namespace kxcam

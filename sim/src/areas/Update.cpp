@@ -1,0 +1,62 @@
+// Online update: the camera finds newer firmware, fetches it and installs it.
+#include "Area.h"
+
+#include <array>
+
+namespace kxsim
+{
+namespace
+{
+
+constexpr std::string_view offered = "2.1.0";
+constexpr std::string_view wanted = "update.wanted";     // the version being installed; empty: none
+constexpr std::string_view progress = "update.progress"; // in per cent
+constexpr int step = 25; // for each time it is asked, so that nobody has to wait for it
+constexpr int done = 100;
+
+constexpr std::array settings{
+    Setting{wanted, "", Access::ReadOnly},
+    Setting{progress, "0", Access::ReadOnly},
+};
+
+std::optional<std::string> offer(Settings&, const std::string&)
+{
+    return "OK checkupdate=" + std::string(offered);
+}
+
+std::optional<std::string> begin(Settings& camera, const std::string& version)
+{
+    if (version.empty())
+        return "NG updateonline";
+    camera.put(wanted, version);
+    camera.put(progress, "0");
+    return "OK updateonline";
+}
+
+// A camera that is not told to update has nothing to say. What is not offered can not be fetched.
+std::optional<std::string> tellProgress(Settings& camera, const std::string&)
+{
+    const std::string version = camera.text(wanted);
+    if (version.empty())
+        return std::nullopt;
+    if (version != offered)
+        return "OK errcode=-1";
+    const std::string told = camera.text(progress);
+    if (const int next = std::stoi(told) + step; next <= done)
+        camera.put(progress, std::to_string(next));
+    else
+        camera.put("softversion", offered);
+    return "OK updateprogress=" + told;
+}
+
+constexpr std::array inquiries{
+    Inquiry{"checkupdate", offer},
+    Inquiry{"updateonline", begin},
+    Inquiry{"updateprogress", tellProgress},
+};
+
+} // namespace
+
+constinit const Area updateArea{.settings = settings, .inquiries = inquiries};
+
+} // namespace kxsim
