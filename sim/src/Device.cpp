@@ -4,10 +4,12 @@
 //   WORD           runs a command       -> "OK WORD" or "NG WORD"
 //   language=ie    opens most queries and means nothing
 // A piece that the camera does not understand gets no line, and the others are answered all the same.
+// What a piece has proven ("checkadminPwd") holds for the rest of the query.
 // A query that opens with "action=NAME" is no settings query: what follows are the action's parameters.
 #include "Device.h"
 
 #include "HttpText.h"
+#include "areas/Users.h"
 
 #include <cstdio>
 #include <utility>
@@ -72,9 +74,10 @@ Device::Answer notFound()
 
 Device::Device(const CameraOptions& options) : lineEnd_(options.lineEnd), chip_(chipOf(options.model))
 {
-    for (const Area* area : {&systemArea, &networkArea})
+    for (const Area* area : {&systemArea, &networkArea, &usersArea})
         add(*area);
     settings_.put("productmodel", options.model);
+    setOwnUser(settings_, options.user, options.password);
 }
 
 void Device::placeAt(const std::string& address, unsigned short port)
@@ -90,8 +93,10 @@ void Device::add(const Area& area)
         if (!(row.chips & chip_))
             continue;
         settings_.put(row.key, row.initial);
-        if (row.access == Access::ReadOnly)
+        if (row.access != Access::ReadWrite)
             readOnly_.insert(row.key);
+        if (row.access == Access::Hidden)
+            hidden_.insert(row.key);
     }
     for (const SetRule& rule : area.setRules)
         if (rule.chips & chip_)
@@ -100,11 +105,21 @@ void Device::add(const Area& area)
         commands_.emplace(command.word, &command);
     for (const Action& action : area.actions)
         actions_.push_back(&action);
+    for (const Page& page : area.pages)
+        pages_.push_back(&page);
+}
+
+bool Device::admits(std::string_view authorization) const
+{
+    return isUser(settings_, authorization);
 }
 
 Device::Answer Device::answer(std::string_view target)
 {
     const auto [path, query] = splitAt(target, '?');
+    for (const Page* page : pages_)
+        if (page->path == path)
+            return {200, joined(page->answer(settings_, query))};
     const auto [name, value] = splitAt(query.substr(0, query.find('&')), '=');
     if (name == "action")
         return perform(path, value);
@@ -115,7 +130,7 @@ Device::Answer Device::perform(std::string_view path, std::string_view name) con
 {
     for (const Action* action : actions_)
         if (action->path == path && action->name == name)
-            return {200, joined(action->answer(settings_))};
+            return {200, joined(action->answer(settings_), action->lineEnd)};
     return notFound();
 }
 
@@ -125,6 +140,7 @@ Device::Answer Device::answerSettings(std::string_view query)
     for (std::string_view piece : piecesOf(query))
         if (auto line = answerPiece(piece))
             lines.push_back(std::move(*line));
+    forgetProof(settings_);
     return {200, joined(lines)};
 }
 
@@ -142,7 +158,7 @@ std::optional<std::string> Device::answerPiece(std::string_view piece)
 std::optional<std::string> Device::get(std::string_view key) const
 {
     const auto value = settings_.find(key);
-    if (!value)
+    if (!value || hidden_.contains(key))
         return std::nullopt;
     return "OK " + std::string(key) + "=" + *value;
 }
@@ -169,11 +185,11 @@ std::optional<std::string> Device::run(std::string_view word)
     return (command->second->run(settings_) ? "OK " : "NG ") + std::string(word);
 }
 
-std::string Device::joined(const std::vector<std::string>& lines) const
+std::string Device::joined(const std::vector<std::string>& lines, std::string_view lineEnd) const
 {
     std::string text;
     for (const std::string& line : lines)
-        text += line + lineEnd_;
+        text.append(line).append(lineEnd.empty() ? lineEnd_ : lineEnd);
     return text;
 }
 

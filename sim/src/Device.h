@@ -27,6 +27,9 @@ public:
         int status = 200;
         std::string body;
     };
+    /// Whether these credentials ("Basic ...") are those of a user.
+    bool admits(std::string_view authorization) const;
+
     /// Answers a request target, path and query.
     Answer answer(std::string_view target);
 
@@ -36,7 +39,7 @@ private:
     void add(const Area& area);
     Answer perform(std::string_view path, std::string_view actionName) const;
     Answer answerSettings(std::string_view query);
-    std::string joined(const std::vector<std::string>& lines) const;
+    std::string joined(const std::vector<std::string>& lines, std::string_view lineEnd = {}) const;
 
     // Each gives the line that answers a piece of a settings query, or nothing when the camera has no answer.
     std::optional<std::string> answerPiece(std::string_view piece);
@@ -50,9 +53,11 @@ private:
     Chip chip_;
     Settings settings_;
     std::set<std::string_view> readOnly_;
+    std::set<std::string_view> hidden_;
     std::map<std::string_view, const SetRule*> setRules_;
     std::map<std::string_view, const Command*> commands_;
     std::vector<const Action*> actions_;
+    std::vector<const Page*> pages_;
 };
 
 } // namespace kxsim

@@ -69,8 +69,7 @@ class SimCamera::Impl final : private HttpHandler
 {
 public:
     explicit Impl(CameraOptions options)
-        : host_(options.address), authorization_("Basic " + base64(options.user + ":" + options.password)),
-          device_(options), server_(options.address, options.port, *this)
+        : host_(options.address), device_(options), server_(options.address, options.port, *this)
     {
         device_.placeAt(host_, server_.port());
         server_.start();
@@ -106,7 +105,6 @@ private:
     std::string regularReply(const Request& request, bool tellLength);
 
     const std::string host_;
-    const std::string authorization_;
 
     std::mutex mutex_;
     Device device_;
@@ -239,7 +237,7 @@ std::string SimCamera::Impl::replyTo(const Request& request, const Fault& fault)
 std::string SimCamera::Impl::regularReply(const Request& request, bool tellLength)
 {
     Device::Answer answer;
-    if (headerOf(request.text, "Authorization") != authorization_)
+    if (!device_.admits(headerOf(request.text, "Authorization")))
         answer = {401, statusText(401)};
     else if (request.target.empty())
         answer = {400, statusText(400)};

@@ -24,7 +24,8 @@ enum Chip : unsigned
 enum class Access
 {
     ReadWrite,
-    ReadOnly
+    ReadOnly,
+    Hidden ///< kept, but neither told nor set by a settings query
 };
 
 /// A key that a get reads, with the value of a camera fresh from the factory.
@@ -57,6 +58,14 @@ struct Action
     std::string_view path;
     std::string_view name;
     std::vector<std::string> (*answer)(const Settings& settings); ///< lines of the reply's body
+    std::string_view lineEnd = {}; ///< empty: as in the camera's other replies
+};
+
+/// A path that is a request of its own.
+struct Page
+{
+    std::string_view path;
+    std::vector<std::string> (*answer)(Settings& settings, std::string_view query); ///< lines, as above
 };
 
 struct Area
@@ -65,6 +74,7 @@ struct Area
     std::span<const SetRule> setRules = {};
     std::span<const Command> commands = {};
     std::span<const Action> actions = {};
+    std::span<const Page> pages = {};
 };
 
 /// A set rule for a value that is read back under another name.
@@ -76,5 +86,6 @@ bool keepAs(Settings& settings, const std::string& value)
 
 extern const Area networkArea;
 extern const Area systemArea;
+extern const Area usersArea;
 
 } // namespace kxsim
