@@ -15,6 +15,11 @@ struct Records
     FtpInfo ftp{};
     UpnpInfo upnp{};
     PortInfo ports{};
+    UserAccountInfo account{"guest", "secret", 1};
+    UserListEntry users[10]{};
+    SqaInfo questions{};
+    char challengeKey[2048]{};
+    int challengeKeyId = 0;
 };
 
 struct NamedCall
@@ -24,6 +29,8 @@ struct NamedCall
     bool takesRecord = true;
     int failure = -1;
     bool ignoresReply = false; // succeeds when the request went out and anything came back
+    long errorWithoutReply = KX_ERROR_NETWORK; // when the camera closes the connection without a byte
+    long errorWithoutOk = KX_ERROR_NONE;       // when something comes back, but not "OK"
 };
 
 inline const std::vector<NamedCall> cameraCalls = {
@@ -50,4 +57,21 @@ inline const std::vector<NamedCall> cameraCalls = {
     {"GetPortInfo", [](long id, Records* r) { return Kx_Ipc_GetPortInfo(id, r ? &r->ports : nullptr); }},
     {"SetPortInfo", [](long id, Records* r) { return Kx_Ipc_SetPortInfo(id, r ? &r->ports : nullptr); }, true,
      -1, true},
+    {"GetUserType", [](long id, Records* r) { return Kx_Ipc_GetUserType(id, r ? "guest" : nullptr); }},
+    {"AddUser", [](long id, Records* r) { return Kx_Ipc_AddUser(id, r ? &r->account : nullptr); }},
+    {"DeleteUser", [](long id, Records* r) { return Kx_Ipc_DeleteUser(id, r ? "guest" : nullptr); }},
+    {"ModifyPassword",
+     [](long id, Records* r) { return Kx_Ipc_ModifyPassword(id, "guest", r ? "new" : nullptr); }},
+    {"PasswordChallenge",
+     [](long id, Records* r) {
+         return Kx_Ipc_PasswordChallenge(id, "key", r ? r->challengeKey : nullptr,
+                                         r ? &r->challengeKeyId : nullptr);
+     },
+     true, -1, false, KX_ERROR_NONE, KX_ERROR_BUSY},
+    {"NewSetUser",
+     [](long id, Records* r) { return Kx_Ipc_NewSetUser(id, r ? "guest" : nullptr, "secret", 1, 0, -1); },
+     true, -1, false, KX_ERROR_NONE},
+    {"GetAllUser", [](long id, Records* r) { return Kx_Ipc_GetAllUser(id, r ? r->users : nullptr); }},
+    {"GetSQA", [](long id, Records* r) { return Kx_Ipc_GetSQA(id, r ? &r->questions : nullptr); }, true, -1,
+     true},
 };

@@ -22,5 +22,6 @@
 #include <KxIpcSDK/KxNetwork.h>
 #include <KxIpcSDK/KxSdk.h>
 #include <KxIpcSDK/KxSdkLog.h>
+#include <KxIpcSDK/KxUsers.h>
 
 #endif

@@ -1,27 +1,49 @@
 #include "KxIpcSDK/CameraCall.h"
 
+#include <algorithm>
+
 #include "Core/LastError.h"
 #include "Core/SdkState.h"
 #include "KxIpcSDK/Lifecycle.h"
 #include "NetManager/RequestChannel.h"
 
+int settingsRequest(UserInfo* session, const char* query, char* reply, int replySize)
+{
+    return DoRequest(session, query, reply, replySize, 0);
+}
+
+int adminRequest(UserInfo* session, const char* query, char* reply, int replySize)
+{
+    return DoRequest(session, query, reply, replySize, 1);
+}
+
 // There is no record to check: any pointer that is not null will do.
 CameraCall::CameraCall(long userId) : CameraCall(userId, this) {}
 
-CameraCall::CameraCall(long userId, const void* record)
+CameraCall::CameraCall(long userId, const void* record) : CameraCall(userId, {record}) {}
+
+CameraCall::CameraCall(long userId, std::initializer_list<const void*> arguments)
 {
+    const bool given = std::find(arguments.begin(), arguments.end(), nullptr) == arguments.end();
     if (!g_bInit)
         setLastError(KX_ERROR_NOT_INITIALISED);
-    else if (record != nullptr && !copySession(userId, session_))
+    else if (given && !copySession(userId, session_))
         setLastError(KX_ERROR_UNKNOWN_USER);
     else
-        ready_ = record != nullptr;
+        ready_ = given;
+}
+
+void CameraCall::requireUnlocked()
+{
+    if (!ready_ || session_.adminLock == 0)
+        return;
+    setLastError(KX_ERROR_FORBIDDEN);
+    ready_ = false;
 }
 
 int CameraCall::set(const Query& query)
 {
-    char reply[OkReply::size] = {};
-    return ready_ && request(query.c_str(), reply, sizeof reply) ? 0 : -1;
+    return get(query.c_str()).received() ? 0 : -1;
 }
 
 std::optional<ChipFamily> CameraCall::chipFamily()
@@ -36,9 +58,4 @@ void CameraCall::endSession()
 {
     if (ready_)
         closeSession(session_.nUserId);
-}
-
-bool CameraCall::request(const char* query, char* reply, std::size_t replySize)
-{
-    return DoRequest(&session_, query, reply, static_cast<int>(replySize), 0) == 0;
 }

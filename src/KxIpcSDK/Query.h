@@ -5,8 +5,9 @@
 
 #include <KxIpcSDK/KxExport.h>
 
-/// Holds at most 1022 characters; what goes beyond is cut. Texts are added as they stand.
-class Query
+/// Holds at most Bound - 1 characters; what goes beyond is cut. Texts are added as they stand.
+template <std::size_t Bound>
+class BoundedQuery
 {
 public:
     /// "&key=value"
@@ -25,8 +26,11 @@ public:
     const char* c_str() const { return text_; }
 
 private:
-    static constexpr std::size_t bound = 1023;
-
-    char text_[bound] = {};
+    char text_[Bound] = {};
     std::size_t length_ = 0;
 };
+
+extern template class BoundedQuery<1023>;
+extern template class BoundedQuery<2047>;
+
+using Query = BoundedQuery<1023>;

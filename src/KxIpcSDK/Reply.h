@@ -12,6 +12,18 @@ struct OkStyle
     static bool find(const char* reply, const char* key, char* value, std::size_t size);
 };
 
+/// Lines "key=value".
+struct LineStyle
+{
+    static bool find(const char* reply, const char* key, char* value, std::size_t size);
+};
+
+/// Lines "key=value" that end with CR LF: a line feed alone does not end a value.
+struct CrLfStyle
+{
+    static bool find(const char* reply, const char* key, char* value, std::size_t size);
+};
+
 /// The raw reply, status line and headers included. False when the request failed or the reply is empty. A number is
 /// read through a text of NumberSize bytes.
 template <typename Style, std::size_t Size = 1024, std::size_t NumberSize = Size>
@@ -22,11 +34,22 @@ public:
 
     explicit operator bool() const { return received_ && raw_[0] != '\0'; }
 
+    /// Whether the request succeeded, be the reply empty.
+    bool received() const { return received_; }
+
     /// Reads a text, cut to its field. A key that is absent leaves the field as it is and gives false.
     template <std::size_t FieldSize>
     bool text(const char* key, char (&field)[FieldSize]) const
     {
-        return Style::find(raw_, key, field, FieldSize);
+        return text<FieldSize - 1>(key, field);
+    }
+
+    /// The same, cut to Longest characters, fewer than the field could hold.
+    template <std::size_t Longest, std::size_t FieldSize>
+    bool text(const char* key, char (&field)[FieldSize]) const
+    {
+        static_assert(Longest < FieldSize);
+        return Style::find(raw_, key, field, Longest + 1);
     }
 
     /// Reads a decimal number into a field of any integer type, keeping the bits that fit. A key that is absent
@@ -40,6 +63,9 @@ public:
         field = static_cast<Number>(std::strtol(value, nullptr, 10));
         return true;
     }
+
+    /// The reply's text, for what the verbs can not read.
+    const char* raw() const { return raw_; }
 
     bool contains(const char* text) const { return std::strstr(raw_, text) != nullptr; }
 
