@@ -28,7 +28,7 @@ struct NamedCall
     std::function<int(long userId, Records* records)> run; // a null pointer stands for the call's null record
     bool takesRecord = true;
     int failure = -1;
-    bool ignoresReply = false; // succeeds when the request went out and anything came back
+    bool ignoresReply = false;                 // succeeds when the request went out and anything came back
     long errorWithoutReply = KX_ERROR_NETWORK; // when the camera closes the connection without a byte
     long errorWithoutOk = KX_ERROR_NONE;       // when something comes back, but not "OK"
 };

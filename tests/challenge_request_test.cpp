@@ -37,8 +37,8 @@ protected:
     char reply[256] = {};
 };
 
-constexpr std::pair<Request, const char*> requests[] = {
-    {DoRequestForChallenge, "/challenge?PublicKeytool="}, {DoRequestForPassword, "/vb.htm?language=ie"}};
+constexpr std::pair<Request, const char*> requests[] = {{DoRequestForChallenge, "/challenge?PublicKeytool="},
+                                                        {DoRequestForPassword, "/vb.htm?language=ie"}};
 
 } // namespace
 

@@ -188,7 +188,8 @@ TEST(SimCamera, HasTenUsersWhoLogIn)
     const std::string asBob = "Authorization: Basic Ym9iOnB3\r\n"; // bob:pw
     SimCamera camera;
     askSettings(camera, "adduser=bob:pw:2:1");
-    EXPECT_EQ(ask(camera, requestFor("/vb.htm?paratest=user.0", asBob)), kxsim::httpReply("OK user.0=admin\n"));
+    EXPECT_EQ(ask(camera, requestFor("/vb.htm?paratest=user.0", asBob)),
+              kxsim::httpReply("OK user.0=admin\n"));
     for (int slot = 2; slot < 10; ++slot)
         EXPECT_EQ(askSettings(camera, "adduser=user" + std::to_string(slot) + ":pw:1:1"),
                   kxsim::httpReply("OK adduser\n"));

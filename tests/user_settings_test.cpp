@@ -169,7 +169,8 @@ TEST_F(UserSettings, SetUserProvesThePasswordOfTheSession)
     EXPECT_EQ(Kx_Ipc_NewSetUser(tiId, "eve", "c", 5, 6, 0), 0);
     EXPECT_EQ(ti.value("authority.1"), "5");
     EXPECT_EQ(ti.value("privilege.1"), "6");
-    EXPECT_THAT(queries(ti), ElementsAre(proof + "&newsetuser=eve:a%20b:3:4", proof + "&newsetuser=eve:c:5:6:0"));
+    EXPECT_THAT(queries(ti),
+                ElementsAre(proof + "&newsetuser=eve:a%20b:3:4", proof + "&newsetuser=eve:c:5:6:0"));
 
     EXPECT_TRUE(letsIn("eve", "c")); // now the session proves another password
     EXPECT_EQ(Kx_Ipc_NewSetUser(tiId, "mallory", "m", 10, 255, -1), -1);
@@ -256,7 +257,8 @@ TEST_F(UserSettings, AllSlotsAreReadInThreeRequests)
         std::string name;
         int authority;
         int privilege;
-    } expected[] = {{0, "admin", 10, 255}, {1, "bob", 2, 0}, {2, "", 0, 0}, {9, std::string(32, 'n'), 44, 255}};
+    } expected[] = {
+        {0, "admin", 10, 255}, {1, "bob", 2, 0}, {2, "", 0, 0}, {9, std::string(32, 'n'), 44, 255}};
     for (const auto& row : expected) {
         EXPECT_EQ(entries[row.slot].name, row.name);
         EXPECT_EQ(entries[row.slot].authority, row.authority);

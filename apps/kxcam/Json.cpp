@@ -25,6 +25,11 @@ void printJson(const Area& area, const Record& record, bool showSecrets, Console
     for (const Field& field : area.fields)
         if (field.isRead())
             object[std::string(field.key)] = jsonOf(field, record.value(field), showSecrets);
+    printObject(object, console);
+}
+
+void printObject(const nlohmann::ordered_json& object, Console& console)
+{
     // A camera's text need not be UTF-8; JSON must be.
     console.print(object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
 }

@@ -13,8 +13,8 @@ namespace
 {
 
 constexpr Refusal refusals[] = {
-    {"400 Bad Request", KX_ERROR_NETWORK},  {"401 Unauthorized", KX_ERROR_UNAUTHORISED},
-    {"403 Forbidden", KX_ERROR_FORBIDDEN},  {"404 Not Found", KX_ERROR_NOT_FOUND},
+    {"400 Bad Request", KX_ERROR_NETWORK},     {"401 Unauthorized", KX_ERROR_UNAUTHORISED},
+    {"403 Forbidden", KX_ERROR_FORBIDDEN},     {"404 Not Found", KX_ERROR_NOT_FOUND},
     {"502 Bad Gateway", KX_ERROR_BAD_GATEWAY},
 };
 

@@ -21,7 +21,7 @@ struct Refusal
 /// How an exchange goes about its socket.
 enum class Manner
 {
-    Blocking,   // sends until all is out; urgent data instead of a reply end the exchange
+    Blocking, // sends until all is out; urgent data instead of a reply end the exchange
     NonBlocking // lingers on close; writes once, whatever part of the request that takes; the reply ends at its first
                 // zero byte
 };
@@ -29,10 +29,10 @@ enum class Manner
 /// What tells one request function from another.
 struct ExchangeRules
 {
-    std::chrono::milliseconds connectWait; // until the request can be sent
-    std::chrono::milliseconds replyWait;   // until the first byte of the reply
+    std::chrono::milliseconds connectWait;  // until the request can be sent
+    std::chrono::milliseconds replyWait;    // until the first byte of the reply
     std::optional<KxError> nothingReceived; // without one, no code is set
-    std::span<const Refusal> refusals; // in the order they are looked for
+    std::span<const Refusal> refusals;      // in the order they are looked for
     std::atomic<int>& failedReads; // consecutive ones, counted over all concurrent requests of the function
     Manner manner = Manner::Blocking;
     std::string_view goodReply = {}; // a reply without this text fails with KX_ERROR_BUSY

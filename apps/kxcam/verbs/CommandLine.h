@@ -31,5 +31,6 @@ std::optional<ExitCode> parse(int argc, char** argv, CommandLine& line, Console&
 void addGet(CLI::App& app, CommandLine& line);
 void addSet(CLI::App& app, CommandLine& line);
 void addTestSmtp(CLI::App& app, CommandLine& line);
+void addUsers(CLI::App& app, CommandLine& line);
 
 } // namespace kxcam

@@ -58,7 +58,7 @@ struct Action
     std::string_view path;
     std::string_view name;
     std::vector<std::string> (*answer)(const Settings& settings); ///< lines of the reply's body
-    std::string_view lineEnd = {}; ///< empty: as in the camera's other replies
+    std::string_view lineEnd = {};                                ///< empty: as in the camera's other replies
 };
 
 /// A path that is a request of its own.

@@ -44,7 +44,7 @@ constexpr auto slotKeys = [] {
 }();
 
 constexpr std::array otherRows{
-    Setting{"adminproof", "", Access::Hidden}, // "1": the administrator's password was proven
+    Setting{"adminproof", "", Access::Hidden},  // "1": the administrator's password was proven
     Setting{"challenges", "0", Access::Hidden}, // how many were given
     Setting{"sqa_enable", "1", Access::Hidden},
     Setting{"sqa_type_0", "1", Access::Hidden},
