@@ -36,7 +36,7 @@ OkReply askSlots(CameraCall& call, const char* key)
 struct SlotKey
 {
     SlotKey(const char* key, int slot) { std::snprintf(text, sizeof text, "%s.%d", key, slot); }
-    char text[16];
+    char text[24];
 };
 
 /// Reads a number of every slot; false when the request failed.
@@ -53,7 +53,7 @@ bool readSlots(CameraCall& call, const char* key, uint8_t UserListEntry::*field,
 /// The digit of the slot that a line "user.N=name" names; -1 when there is none.
 int slotOf(const char* name, const OkReply& reply)
 {
-    char value[63];
+    char value[63]; // a longer name is compared by its beginning
     std::snprintf(value, sizeof value, "=%s\n", name);
     const char* found = std::strstr(reply.raw(), value);
     if (found == nullptr || found == reply.raw() || std::isdigit(static_cast<unsigned char>(found[-1])) == 0)
