@@ -212,7 +212,7 @@ a=b|contains '='
 a b|contains a blank
 a$(printf '\001')b|contains a line break or another control character
 a%41b|contains '%'
-$(printf %32s | tr ' ' n)|is longer than 31 bytes
+$(printf %32s '' | tr ' ' n)|is longer than 31 bytes
 END
 expect_unsent 2 "the new password contains ':'" with a:b users add x
 expect_unsent 2 "the new password contains '&'" with 'a&b' users password bob
@@ -224,7 +224,7 @@ expect 3 'login to .* as bob failed' \
     env KXCAM_PASSWORD=third "$bin/kxcam" --host 127.0.0.1 --port "$ti" --user bob users list
 for slot in 1 3 4 5 6 7 8 9; do expect 0 added with new users add "user$slot"; done
 expect 1 'as many users as it can keep' with new users add onemore
-expect 1 'names none\. Check that --host and --port' "$bin/kxcam" --host 127.0.0.1 --port "$garbage" users list
+expect 1 'names none\. Check that --host and --port' "$bin/kxcam" --host 127.0.0.1 --port "${garbage:?}" users list
 
 # On a terminal, what is needed is asked for, and no password shows.
 cam="'$bin/kxcam' --host 127.0.0.1 --port $ti"
