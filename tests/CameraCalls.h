@@ -21,6 +21,11 @@ struct Records
     int updateProgress = 0;
     uint32_t interfaces = 0;
     ModelGeneralInfo model{};
+    UserAccountInfo account{"guest", "secret", 1};
+    UserListEntry users[10]{};
+    SqaInfo questions{};
+    char challengeKey[2048]{};
+    int challengeKeyId = 0;
 };
 
 struct NamedCall
@@ -29,8 +34,10 @@ struct NamedCall
     std::function<int(long userId, Records* records)> run; // a null pointer stands for the call's null record
     bool takesRecord = true;
     int failure = -1;
-    bool ignoresReply = false; // succeeds when the request went out and anything came back
-    int unreached = failure;   // the result when the checks pass and the request fails
+    bool ignoresReply = false;                 // succeeds when the request went out and anything came back
+    long errorWithoutReply = KX_ERROR_NETWORK; // when the camera closes the connection without a byte
+    long errorWithoutOk = KX_ERROR_NONE;       // when something comes back, but not "OK"
+    int unreached = failure;                   // the result when the checks pass and the request fails
 };
 
 inline const std::vector<NamedCall> cameraCalls = {
@@ -91,7 +98,24 @@ inline const std::vector<NamedCall> cameraCalls = {
     {"IsMini", [](long id, Records*) { return Kx_Ipc_IsMini(id); }, false, 0},
     {"IsCube", [](long id, Records*) { return Kx_Ipc_IsCube(id); }, false, 0},
     {"HasHighFrameInterface", [](long id, Records*) { return KX_Ipc_HasHighFrameInterface(id); }, false, -1,
-     false, 0},
+     false, KX_ERROR_NETWORK, KX_ERROR_NONE, 0},
     {"GetModelGeneral",
      [](long id, Records* r) { return Kx_Ipc_GetModelGeneral(id, r ? &r->model : nullptr); }},
+    {"GetUserType", [](long id, Records* r) { return Kx_Ipc_GetUserType(id, r ? "guest" : nullptr); }},
+    {"AddUser", [](long id, Records* r) { return Kx_Ipc_AddUser(id, r ? &r->account : nullptr); }},
+    {"DeleteUser", [](long id, Records* r) { return Kx_Ipc_DeleteUser(id, r ? "guest" : nullptr); }},
+    {"ModifyPassword",
+     [](long id, Records* r) { return Kx_Ipc_ModifyPassword(id, "guest", r ? "new" : nullptr); }},
+    {"PasswordChallenge",
+     [](long id, Records* r) {
+         return Kx_Ipc_PasswordChallenge(id, "key", r ? r->challengeKey : nullptr,
+                                         r ? &r->challengeKeyId : nullptr);
+     },
+     true, -1, false, KX_ERROR_NONE, KX_ERROR_BUSY},
+    {"NewSetUser",
+     [](long id, Records* r) { return Kx_Ipc_NewSetUser(id, r ? "guest" : nullptr, "secret", 1, 0, -1); },
+     true, -1, false, KX_ERROR_NONE},
+    {"GetAllUser", [](long id, Records* r) { return Kx_Ipc_GetAllUser(id, r ? r->users : nullptr); }},
+    {"GetSQA", [](long id, Records* r) { return Kx_Ipc_GetSQA(id, r ? &r->questions : nullptr); }, true, -1,
+     true},
 };

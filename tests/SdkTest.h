@@ -21,6 +21,8 @@ inline Timing shortTiming()
     return {.probe = 60ms,
             .connect = 60ms,
             .firstReply = 60ms,
+            .accountConnect = 60ms,
+            .accountReply = 60ms,
             .stalledReply = 60ms,
             .retry = 10us,
             .streamWorker = 1ms,

@@ -136,14 +136,15 @@ simulate lasting --restart-time 3600000
 expect 0 '^restarting $' kxcam "$lasting" reboot
 expect 4 'could not be reached' kxcam "$lasting" get system
 for keep in ip user all-defaults; do
-    until tell "$brief" 'ftpip=here&gateway=10.9.9.9' 2>"$scratch/err"; do sleep 0.01; done
-    expect 2 'nothing was done: .* Add --yes' \
-        setsid -w "$bin/kxcam" --host 127.0.0.1 --port "$brief" reset --keep $keep
+    until tell "$brief" 'ftpip=here&gateway=10.9.9.9&adduser=bob:pw:2:0' 2>"$scratch/err"; do sleep 0.01; done
+    expect 2 'nothing was done: .* Add --yes' kxcam "$brief" reset --keep $keep
     expect 0 '^reset; the camera restarts $' kxcam "$brief" reset --keep $keep --yes
     until tell "$brief" '' 2>"$scratch/err"; do sleep 0.01; done
     expect 0 'ftpip \(empty\)' kxcam "$brief" get ftp
     [ $keep = ip ] && gateway=10.9.9.9 || gateway=192.168.1.1
     expect 0 "gateway ${gateway//./\\.} " kxcam "$brief" get network
+    [ $keep = user ] && others='bob authority 2 privilege 0 ' || others=''
+    expect 0 "^admin authority 10 privilege 255 $others$" kxcam "$brief" users list
 done
 expect_unsent 2 '--keep is required' kxcam "$ti" reset --yes
 expect_unsent 2 'all not in' kxcam "$ti" reset --keep all --yes
@@ -193,7 +194,9 @@ expect_unsent 2 'not of the form key=value' kxcam "$ti" set ftp ftpip
 expect_unsent 2 'add subrtspport=…: every set of ports writes it' kxcam "$ti" set ports httpport=81
 expect_unsent 2 "no area 'siren'\. Areas: network, wifi," kxcam "$ti" get siren
 expect_unsent 2 "--bogus.* Run 'kxcam get --help'" kxcam "$ti" get ftp --bogus
-expect_unsent 2 'Give one of: discover get set test-smtp' kxcam "$ti"
+expect_unsent 2 'Give one of: discover get set test-smtp info capabilities reboot reset update users .*kxcam --help' \
+    kxcam "$ti"
+expect_unsent 2 'Give one of: list add delete password type .*kxcam users --help' kxcam "$ti" users
 expect_unsent 2 'Give its address with --host' "$bin/kxcam" get ftp
 expect_unsent 2 'password is longer than 30 bytes' \
     env KXCAM_PASSWORD="$(printf %31s x)" "$bin/kxcam" --host 127.0.0.1 --port "$ti" get ftp
@@ -234,19 +237,82 @@ broken 1 --fault status --fault-status 500
 forbidden 3 --fault status --fault-status 403
 END
 
-# On a terminal, the password is asked for and does not show.
-ask_on_a_terminal() {
-    command='kxcam on a terminal'
-    mkfifo "$scratch/keys"
-    env -u KXCAM_PASSWORD script -qec "'$bin/kxcam' --host 127.0.0.1 --port $ti get smtp" /dev/null \
-        <"$scratch/keys" >"$scratch/out" &
-    local terminal=$!
+# Users.
+users() { kxcam "$ti" users "$@"; }
+# with PASSWORD COMMAND...: a password for the user that is added or changed
+with() { KXCAM_NEW_PASSWORD=$1 "${@:2}"; }
+expect 0 '^admin authority 10 privilege 255 $' users list
+expect 0 '^added bob $' with first users add bob --authority 7
+expect 0 '^7 $' users type bob
+expect 0 '^\{ "name": "bob", "authority": 7 \} $' users type bob --json
+expect 1 "has a user 'bob' already" with first users add bob
+expect 0 '^added eve $' piped 'e v%e' "$ti" users add eve
+expect 0 '"slot": 2, "name": "eve", "authority": 2, "privilege": 0 \} \] \} $' users list --json
+expect 0 ' eve ' env KXCAM_PASSWORD='e v%e' "$bin/kxcam" --host 127.0.0.1 --port "$ti" --user eve users list
+expect 0 '^\{ "changed": "bob" \} $' with second users password bob --json
+expect 0 '^7 $' env KXCAM_PASSWORD=second "$bin/kxcam" --host 127.0.0.1 --port "$ti" --user bob users type bob
+expect 0 '^changed bob $' env KXCAM_PASSWORD=second KXCAM_NEW_PASSWORD=third \
+    "$bin/kxcam" --host 127.0.0.1 --port "$ti" --user bob users password bob # his session goes on
+expect 1 "has no user 'ghost'" with new users password ghost
+expect 1 "has no user 'ghost'" users type ghost
+expect 1 "has no user 'ghost'" users delete ghost --yes
+! grep -q 'user=ghost' "$scratch/ti" || fail 'was sent'
+expect_unsent 2 "nothing was done: .* will lose its user 'bob'\. Add --yes" users delete bob
+expect_unsent 2 "'admin' is the user that kxcam logs in as" users delete admin --yes
+while IFS='|' read -r name reason; do
+    expect_unsent 2 "the user name $reason" with new users add "$name"
+    expect_unsent 2 "the user name $reason" users delete "$name" --yes
+done <<END
+|is empty
+a:b|contains ':'
+a&b|contains '&'
+a=b|contains '='
+a b|contains a blank
+a$(printf '\001')b|contains a line break or another control character
+a%41b|contains '%'
+$(printf %32s '' | tr ' ' n)|is longer than 31 bytes
+END
+expect_unsent 2 "the new password contains ':'" with a:b users add x
+expect_unsent 2 "the new password contains '&'" with 'a&b' users password bob
+expect_unsent 2 'the new password is longer than 30 bytes' with "$(printf %31s x)" users add x
+expect_unsent 2 'standard input ended before it gave the new password' users add x
+expect_unsent 2 'authority' with new users add x --authority 256
+expect 0 '^deleted bob $' users delete bob --yes
+expect 3 'login to .* as bob failed' \
+    env KXCAM_PASSWORD=third "$bin/kxcam" --host 127.0.0.1 --port "$ti" --user bob users list
+for slot in 1 3 4 5 6 7 8 9; do expect 0 added with new users add "user$slot"; done
+expect 1 'as many users as it can keep' with new users add onemore
+expect 1 'names none\. Check that --host and --port' "$bin/kxcam" --host 127.0.0.1 --port "${garbage:?}" users list
+
+# On a terminal, what is needed is asked for, and no password shows.
+cam="'$bin/kxcam' --host 127.0.0.1 --port $ti"
+# at_terminal STATUS COMMAND SAYS [PROMPT ANSWER]...: a command on a terminal, and what it says in the end
+at_terminal() {
+    local status=0 expected=$1 says=$3 terminal
+    command="$2 (on a terminal)"
+    [ -p "$scratch/keys" ] || mkfifo "$scratch/keys"
+    script -qec "$2" /dev/null <"$scratch/keys" >"$scratch/out" &
+    terminal=$!
     exec 8>"$scratch/keys"
-    until grep -q 'Password of admin at' "$scratch/out" || ! kill -0 $terminal; do sleep 0.01; done
-    echo "$KXCAM_PASSWORD" >&8
-    wait $terminal || fail "exit code $?"
-    grep -q 'mail server' "$scratch/out" || fail 'does not describe the settings'
-    ! grep -q "$KXCAM_PASSWORD" "$scratch/out" || fail 'shows the password'
+    shift 3
+    while [ $# -gt 0 ]; do
+        until grep -q "$1" "$scratch/out" || ! kill -0 $terminal; do sleep 0.01; done
+        echo "$2" >&8
+        shift 2
+    done
+    wait $terminal || status=$?
+    exec 8>&-
+    [ $status = "$expected" ] || fail "exit code $status instead of $expected"
+    grep -q "$says" "$scratch/out" || fail "does not say: $says"
+    ! grep -q -e "$KXCAM_PASSWORD" -e n3w "$scratch/out" || fail 'shows a password'
+}
+ask_on_a_terminal() {
+    at_terminal 0 "env -u KXCAM_PASSWORD $cam get smtp" 'mail server' 'Password of admin at' "$KXCAM_PASSWORD"
+    at_terminal 2 "$cam users delete eve" 'nothing was done' 'lose its user .eve.' y
+    at_terminal 0 "$cam users delete eve" 'deleted eve' 'lose its user .eve.' yes
+    at_terminal 2 "$cam users password user3" 'passwords differ' \
+        'New password of user3' n3w 'The same again' n3wer
+    at_terminal 0 "$cam users password user3" 'changed user3' 'New password of user3' n3w 'The same again' n3w
 }
 # A reset is done when a person says yes, and a progress bar grows in place.
 consent_on_a_terminal() {

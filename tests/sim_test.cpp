@@ -137,6 +137,17 @@ TEST(SimCamera, SpeaksTheLanguageOfItsFamily)
          "smtpencryssl", "1"},
         {modelA, "smtpauth=3&smtpencrytls=1", "OK smtpencrytls\n", "smtpencrytls", "1"},
         {ti, "ddnsdomain=www.no-ip.com", "OK ddnsdomain\n", "ddnsdomain", "www.no-ip.com"},
+        {ti, "adduser=bob:pw:2:1&paratest=user.1&paratest=password.1", "OK adduser\nOK user.1=bob\n",
+         "authority.1", "2"},
+        {ti, "adduser=bob:pw:2:1&adduser=bob:pw:3:1&adduser=bob:pw:4:0", "OK adduser\nOK adduser\n",
+         "authority.1", "4"},
+        {ti, "adduser=a:b:c:2:1&adduser=:pw:2:1&adduser=bob:pw:-1:0&user.1=bob", "", "user.1", ""},
+        {ti, "deluser=admin&deluser=&deluser=nobody", "", "user.0", "admin"},
+        {ti, "adduser=bob:pw:2:1&deluser=bob&adduser=eve:pw:3:0", "OK adduser\nOK deluser\nOK adduser\n",
+         "user.1", "eve"},
+        {ti, "newsetuser=bob:pw:1:2&checkadminPwd=123&newsetuser=bob:pw:1:2", "", "user.1", ""},
+        {ti, "checkadminPwd=21232f297a57a5a743894a0e4a801fc3&newsetuser=bob:pw:1:2:9",
+         "OK checkadminPwd\nOK newsetuser\n", "privilege.1", "2"},
         {modelA, "ddnsdomain=www.no-ip.com&ddnshost=h", "OK ddnshost\n", "ddnsdomain", ""},
     };
     for (const auto& row : rows) {
@@ -170,6 +181,37 @@ TEST(SimCamera, AnswersNobodyWithoutTheCredentials)
                     StartsWith(std::string("HTTP/1.1 ") + row.status + "\r\n"))
             << row.target << " " << row.headers;
     EXPECT_EQ(camera.value("ftpip"), "");
+}
+
+TEST(SimCamera, HasTenUsersWhoLogIn)
+{
+    const std::string asBob = "Authorization: Basic Ym9iOnB3\r\n"; // bob:pw
+    SimCamera camera;
+    askSettings(camera, "adduser=bob:pw:2:1");
+    EXPECT_EQ(ask(camera, requestFor("/vb.htm?paratest=user.0", asBob)),
+              kxsim::httpReply("OK user.0=admin\n"));
+    for (int slot = 2; slot < 10; ++slot)
+        EXPECT_EQ(askSettings(camera, "adduser=user" + std::to_string(slot) + ":pw:1:1"),
+                  kxsim::httpReply("OK adduser\n"));
+    EXPECT_EQ(askSettings(camera, "adduser=onemore:pw:1:1"), kxsim::httpReply(""));
+    askSettings(camera, "deluser=bob");
+    EXPECT_THAT(ask(camera, requestFor("/vb.htm?paratest=user.0", asBob)), StartsWith("HTTP/1.1 401 "));
+}
+
+TEST(SimCamera, ForgetsAProofWithTheQuery)
+{
+    const SimCamera camera;
+    askSettings(camera, "checkadminPwd=21232f297a57a5a743894a0e4a801fc3");
+    EXPECT_EQ(askSettings(camera, "newsetuser=bob:pw:1:2"), kxsim::httpReply(""));
+}
+
+TEST(SimCamera, ChallengesWhoeverShowsAKey)
+{
+    const SimCamera camera;
+    for (const char* target : {"/challenge", "/challenge?PublicKeytool=", "/challenge?key=k"})
+        EXPECT_EQ(ask(camera, requestFor(target)), kxsim::httpReply("NG challenge\n"));
+    EXPECT_THAT(ask(camera, requestFor("/challenge?PublicKeytool=k")),
+                AllOf(HasSubstr("\nOK challenge\nkey="), HasSubstr("\nkeyid=1\n")));
 }
 
 TEST(SimCamera, KeepsWhatATestGivesItAndLacksWhatATestTakes)

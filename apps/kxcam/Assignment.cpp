@@ -1,9 +1,9 @@
 #include "Assignment.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 
+#include "Carriable.h"
 #include "Failure.h"
 #include "SecretInput.h"
 
@@ -39,13 +39,6 @@ int parseNumber(const Field& field, const std::string& text)
         throw wrong("'" + std::string(field.key) + "' takes " + std::to_string(field.lowest) + " to " +
                     std::to_string(field.highest) + ", not " + text);
     return number;
-}
-
-/// Whether a camera would take this place of a text for an encoded character, as "%20" for a blank.
-bool isEncoded(const std::string& text, std::size_t at)
-{
-    const auto isHex = [](char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; };
-    return text[at] == '%' && at + 2 < text.size() && isHex(text[at + 1]) && isHex(text[at + 2]);
 }
 
 std::string parseText(const Field& field, std::string text)
@@ -100,20 +93,6 @@ void requireGiven(const Area& area, const Assignments& assignments)
 }
 
 } // namespace
-
-std::optional<std::string> obstacle(const std::string& text)
-{
-    if (text.find('&') != std::string::npos)
-        return "contains '&', which separates settings in the camera's language";
-    for (std::size_t at = 0; at < text.size(); ++at)
-        if (isEncoded(text, at))
-            return "contains '%' and two hexadecimal digits, which the camera takes for one encoded "
-                   "character";
-    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-    if (std::any_of(text.begin(), text.end(), isControl))
-        return "contains a line break or another control character";
-    return std::nullopt;
-}
 
 Assignments parseAssignments(const Area& area, const std::vector<std::string>& arguments)
 {

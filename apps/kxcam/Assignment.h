@@ -1,7 +1,6 @@
 // The "key=value" arguments of a set.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,9 +16,6 @@ struct Assignment
 };
 
 using Assignments = std::vector<Assignment>;
-
-/// Why a text can not be sent to a camera: "contains …"; nothing when it can.
-std::optional<std::string> obstacle(const std::string& text);
 
 /// Reads the arguments against the area's table. What the table does not allow throws a Failure of usage,
 /// before the camera is asked anything.

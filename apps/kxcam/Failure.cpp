@@ -19,7 +19,7 @@ struct ExitCodeRow
 constexpr ExitCodeRow exitCodes[] = {
     {ExitCode::Ok, "done"},
     {ExitCode::Refused, "the camera refused or failed the operation"},
-    {ExitCode::Usage, "wrong option, area, key or value; no password given, or no consent"},
+    {ExitCode::Usage, "wrong option, area, key, name or value; no password given, or no consent"},
     {ExitCode::Credentials, "the camera refused the user name, the password or the account's rights"},
     {ExitCode::Unreachable, "the camera could not be reached or did not answer in time"},
     {ExitCode::NotKept, "the camera took a set, but reads back other values than it was given"},

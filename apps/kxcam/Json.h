@@ -1,10 +1,10 @@
 // Settings as JSON, for programs.
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
-
 #include "Area.h"
 #include "Console.h"
+
+#include <nlohmann/json_fwd.hpp>
 
 namespace kxcam
 {

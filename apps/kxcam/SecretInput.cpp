@@ -116,6 +116,14 @@ std::string ask(const Descriptor& terminal, const std::string& prompt)
             return *line;
 }
 
+std::string nextLine(const std::string& what)
+{
+    std::string line;
+    if (!std::getline(std::cin, line))
+        throw Failure(ExitCode::Usage, "standard input ended before it gave " + what);
+    return line;
+}
+
 } // namespace
 
 std::string loginPassword(const std::string& whose)
@@ -132,12 +140,22 @@ std::string loginPassword(const std::string& whose)
 
 std::string secretValue(const std::string& key)
 {
-    if (const Descriptor terminal = openTerminal(); terminal && isatty(STDIN_FILENO) != 0)
+    if (const Descriptor terminal = terminalOfInput())
         return ask(terminal, "Value of " + key);
-    std::string line;
-    if (!std::getline(std::cin, line))
-        throw Failure(ExitCode::Usage, "standard input ended before it gave a value for '" + key + "'");
-    return line;
+    return nextLine("a value for '" + key + "'");
+}
+
+std::string newPassword(const std::string& whose)
+{
+    if (const char* password = std::getenv(newPasswordVariable))
+        return password;
+    const Descriptor terminal = terminalOfInput();
+    if (!terminal)
+        return nextLine("the new password; " + std::string(newPasswordVariable) + " is not set either");
+    const std::string password = ask(terminal, "New password of " + whose);
+    if (ask(terminal, "The same again") != password)
+        throw Failure(ExitCode::Usage, "the two passwords differ");
+    return password;
 }
 
 } // namespace kxcam

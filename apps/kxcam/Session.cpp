@@ -15,7 +15,6 @@ namespace
 
 // What the SDK keeps of a login; it would cut longer texts without a word.
 constexpr std::size_t longestName = 62;
-constexpr std::size_t longestPassword = 30;
 
 void requireLength(const std::string& text, std::size_t limit, const std::string& what)
 {
@@ -74,6 +73,12 @@ void Session::login()
         Kx_Ipc_Login("kxcam", target_.host.c_str(), target_.port, target_.user.c_str(), password_.c_str());
     if (userId_ < 0)
         throw sdkFailure("login to " + target_.address() + " as " + target_.user);
+}
+
+void Session::logInWith(const std::string& password)
+{
+    password_ = password;
+    login();
 }
 
 void Session::get(const Area& area, Record& record)

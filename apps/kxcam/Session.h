@@ -32,6 +32,9 @@ public:
     Sdk& operator=(const Sdk&) = delete;
 };
 
+/// The longest password that can be logged in with; the SDK would cut it without a word.
+inline constexpr std::size_t longestPassword = 30;
+
 /// A login that ends with this object. Failing calls throw a Failure.
 class Session
 {
@@ -42,6 +45,9 @@ public:
     Session& operator=(const Session&) = delete;
 
     long userId() const { return userId_; }
+
+    /// Goes on with the password that the camera has from now on.
+    void logInWith(const std::string& password);
 
     /// Reads an area, and finds out what of it the camera did not tell. Logs in again where a set of the
     /// network area has ended the session.

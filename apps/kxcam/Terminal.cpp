@@ -21,13 +21,19 @@ Descriptor openTerminal()
     return Descriptor(open("/dev/tty", O_RDWR | O_CLOEXEC));
 }
 
-void requireConsent(const std::string& what)
+Descriptor terminalOfInput()
 {
-    const Descriptor terminal = openTerminal();
+    return isatty(STDIN_FILENO) != 0 ? openTerminal() : Descriptor(-1);
+}
+
+void requireConsent(const std::string& what, bool given)
+{
+    if (given)
+        return;
+    const Descriptor terminal = terminalOfInput();
     if (!terminal)
-        throw Failure(ExitCode::Usage,
-                      "nothing was done: there is no terminal to ask for consent on. Add --yes "
-                      "to do without");
+        throw Failure(ExitCode::Usage, "nothing was done: nobody can be asked for consent. " + what +
+                                           " Add --yes to do without");
     const std::string question = what + "\nType yes to go on: ";
     char answer[64];
     ssize_t length = -1;

@@ -24,8 +24,14 @@ private:
 /// False when there is none.
 Descriptor openTerminal();
 
-/// Has the person agree to something that can not be taken back, by typing "yes". Throws a Failure of usage when there
-/// is nobody to ask, or the answer is another.
-void requireConsent(const std::string& what);
+/// The same where a person types the input; false when it comes from a file or a pipe.
+Descriptor terminalOfInput();
+
+/// Has the person agree to what can not be taken back, by typing "yes". Throws a Failure of usage when there is nobody
+/// to ask, or the answer is another.
+///
+/// @param what   what will happen, as a sentence
+/// @param given  the person has agreed on the command line
+void requireConsent(const std::string& what, bool given);
 
 } // namespace kxcam

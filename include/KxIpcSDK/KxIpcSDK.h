@@ -13,7 +13,8 @@
  * Threads: calls, for the same session or for different ones, may run on different threads at the same time and
  * never wait for one another. A request blocks its thread until the camera has answered or a time limit has
  * passed: 5 seconds to reach the camera, then 15 seconds to connect and 15 seconds for the first byte of the
- * answer. A slow answer is read to its end, however long that takes, unless nothing at all comes for 60 seconds.
+ * answer, where a call does not say otherwise. A slow answer is read to its end, however long that takes, unless
+ * nothing at all comes for 60 seconds.
  * Kx_Sdk_Init() and Kx_Sdk_Destroy() must not run beside any other call.
  */
 #ifndef KXIPCSDK_KXIPCSDK_H
@@ -25,5 +26,6 @@
 #include <KxIpcSDK/KxSdkLog.h>
 #include <KxIpcSDK/KxSearch.h>
 #include <KxIpcSDK/KxSystem.h>
+#include <KxIpcSDK/KxUsers.h>
 
 #endif

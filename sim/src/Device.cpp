@@ -2,13 +2,16 @@
 //   paratest=KEY   asks for a value     -> "OK KEY=value"
 //   KEY=value      sets a value         -> "OK KEY"
 //   WORD           runs a command       -> "OK WORD" or "NG WORD"
-//   WORD[=value]   makes an inquiry    -> a line of the inquiry's own
+//   WORD[=value]   makes an inquiry     -> a line of the inquiry's own
 //   language=ie    opens most queries and means nothing
 // A piece that the camera does not understand gets no line, and the others are answered all the same.
-// A query that opens with "action=NAME" is no settings query: what follows are the action's parameters.
+// What a piece has proven ("checkadminPwd") holds for the rest of the query.
+// A query that opens with "action=NAME" is no settings query but has parameters of the action's own, and so has the
+// query of a path that is not the settings'.
 #include "Device.h"
 
 #include "HttpText.h"
+#include "areas/Users.h"
 
 #include <cstdio>
 
@@ -73,6 +76,14 @@ Parameters parametersOf(std::string_view query)
     return parameters;
 }
 
+std::string joined(const std::vector<std::string>& lines, const std::string& lineEnd)
+{
+    std::string text;
+    for (const std::string& line : lines)
+        text += line + lineEnd;
+    return text;
+}
+
 Device::Answer notFound()
 {
     return {404, statusText(404)};
@@ -82,9 +93,11 @@ Device::Answer notFound()
 
 Device::Device(const CameraOptions& options) : lineEnd_(options.lineEnd), chip_(chipOf(options.model))
 {
-    for (const Area* area : {&systemArea, &clockArea, &updateArea, &capabilitiesArea, &networkArea})
+    for (const Area* area :
+         {&systemArea, &usersArea, &clockArea, &updateArea, &capabilitiesArea, &networkArea})
         add(*area);
     settings_.put("productmodel", options.model);
+    setOwnUser(settings_, options.user, options.password);
 }
 
 void Device::placeAt(const std::string& address, unsigned short port)
@@ -101,8 +114,10 @@ void Device::add(const Area& area)
         if (!(row.chips & chip_))
             continue;
         settings_.put(row.key, row.initial);
-        if (row.access == Access::ReadOnly)
+        if (row.access != Access::ReadWrite)
             readOnly_.insert(row.key);
+        if (row.access == Access::Hidden)
+            hidden_.insert(row.key);
         if (row.keptWith != Keep::Nothing)
             keptWith_.emplace(row.key, row.keptWith);
     }
@@ -117,22 +132,28 @@ void Device::add(const Area& area)
         actions_.push_back(&action);
 }
 
+bool Device::admits(std::string_view authorization) const
+{
+    return isUser(settings_, authorization);
+}
+
 Device::Answer Device::answer(std::string_view target)
 {
     const auto [path, query] = splitAt(target, '?');
-    const auto [first, parameters] = splitAt(query, '&');
-    const auto [name, value] = splitAt(first, '=');
-    if (name == "action")
-        return perform(path, value, parameters);
-    return path == settingsPath ? answerSettings(query) : notFound();
+    const auto [key, value] = splitAt(query.substr(0, query.find('&')), '=');
+    const bool named = key == "action";
+    for (const Action* action : actions_)
+        if (action->path == path && action->name == (named ? value : std::string_view()))
+            return {200, perform(*action, parametersOf(query))};
+    return path == settingsPath && !named ? answerSettings(query) : notFound();
 }
 
-Device::Answer Device::perform(std::string_view path, std::string_view name, std::string_view parameters)
+// What a client asks for in the INI format, "inf", has the line ends of such files on every camera.
+std::string Device::perform(const Action& action, const Parameters& parameters)
 {
-    for (const Action* action : actions_)
-        if (action->path == path && action->name == name)
-            return {200, joined(action->answer(settings_, parametersOf(parameters)))};
-    return notFound();
+    const auto format = parameters.find("format");
+    const bool isIni = format != parameters.end() && format->second == "inf";
+    return joined(action.answer(settings_, parameters), isIni ? "\r\n" : lineEnd_);
 }
 
 Device::Answer Device::answerSettings(std::string_view query)
@@ -141,7 +162,8 @@ Device::Answer Device::answerSettings(std::string_view query)
     for (std::string_view piece : piecesOf(query))
         if (auto line = answerPiece(piece))
             lines.push_back(std::move(*line));
-    return {200, joined(lines)};
+    forgetProof(settings_);
+    return {200, joined(lines, lineEnd_)};
 }
 
 std::optional<std::string> Device::answerPiece(std::string_view piece)
@@ -160,7 +182,7 @@ std::optional<std::string> Device::answerPiece(std::string_view piece)
 std::optional<std::string> Device::get(std::string_view key) const
 {
     const auto value = settings_.find(key);
-    if (!value)
+    if (!value || hidden_.contains(key))
         return std::nullopt;
     return "OK " + std::string(key) + "=" + *value;
 }
@@ -216,14 +238,6 @@ void Device::reset(Keep keep)
     for (const auto& [key, with] : keptWith_)
         if (const auto value = before.find(key); value && with == keep)
             settings_.put(key, *value);
-}
-
-std::string Device::joined(const std::vector<std::string>& lines) const
-{
-    std::string text;
-    for (const std::string& line : lines)
-        text += line + lineEnd_;
-    return text;
 }
 
 } // namespace kxsim

@@ -29,6 +29,8 @@ public:
         int status = 200;
         std::string body;
     };
+    /// Whether these credentials ("Basic ...") are those of a user.
+    bool admits(std::string_view authorization) const;
     /// Answers a request target, path and query.
     Answer answer(std::string_view target);
     /// Whether the camera restarts after the latest answer; asked once.
@@ -38,9 +40,8 @@ public:
 
 private:
     void add(const Area& area);
-    Answer perform(std::string_view path, std::string_view actionName, std::string_view parameters);
+    std::string perform(const Action& action, const Parameters& parameters);
     Answer answerSettings(std::string_view query);
-    std::string joined(const std::vector<std::string>& lines) const;
 
     // Each gives the line that answers a piece of a settings query, or nothing when the camera has no answer.
     std::optional<std::string> answerPiece(std::string_view piece);
@@ -59,6 +60,7 @@ private:
     bool restarting_ = false;
     std::map<std::string_view, Keep> keptWith_;
     std::set<std::string_view> readOnly_;
+    std::set<std::string_view> hidden_;
     std::map<std::string_view, const SetRule*> setRules_;
     std::map<std::string_view, const Command*> commands_;
     std::map<std::string_view, const Inquiry*> inquiries_;

@@ -60,8 +60,8 @@ class SimCamera::Impl final : private HttpHandler
 {
 public:
     explicit Impl(CameraOptions options)
-        : host_(options.address), authorization_("Basic " + base64(options.user + ":" + options.password)),
-          restartTime_(options.restartTime), device_(options), server_(options.address, options.port, *this)
+        : host_(options.address), restartTime_(options.restartTime), device_(options),
+          server_(options.address, options.port, *this)
     {
         device_.placeAt(host_, server_.port());
         server_.start();
@@ -101,7 +101,6 @@ private:
     std::string regularReply(const Request& request, bool tellLength);
 
     const std::string host_;
-    const std::string authorization_;
     const std::chrono::milliseconds restartTime_;
 
     std::mutex mutex_;
@@ -238,7 +237,7 @@ std::string SimCamera::Impl::replyTo(const Request& request, const Fault& fault)
 std::string SimCamera::Impl::regularReply(const Request& request, bool tellLength)
 {
     Device::Answer answer;
-    if (headerOf(request.text, "Authorization") != authorization_)
+    if (!device_.admits(headerOf(request.text, "Authorization")))
         answer = {401, statusText(401)};
     else if (request.target.empty())
         answer = {400, statusText(400)};

@@ -8,9 +8,12 @@ struct Timing
     using Milliseconds = std::chrono::milliseconds;
     using Microseconds = std::chrono::microseconds;
 
-    Milliseconds probe{5'000};         // until a camera reacts to a connection attempt at all
-    Milliseconds connect{15'000};      // until the request can be sent; again until there is room for it
-    Milliseconds firstReply{15'000};   // until the first byte of the reply
+    Milliseconds probe{5'000};       // until a camera reacts to a connection attempt at all
+    Milliseconds connect{15'000};    // until the request can be sent; again until there is room for it
+    Milliseconds firstReply{15'000}; // until the first byte of the reply
+    Milliseconds accountConnect{
+        5'000}; // as connect and firstReply, for the requests of the account management
+    Milliseconds accountReply{5'000};
     Milliseconds stalledReply{60'000}; // between two pieces of a reply; what came until then is the reply
     Microseconds retry{200};           // before a failed read or an empty write is tried again
     Milliseconds streamWorker{50};     // between two rounds of the stream-opening worker

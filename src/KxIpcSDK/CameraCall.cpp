@@ -1,5 +1,6 @@
 #include "KxIpcSDK/CameraCall.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "Core/LastError.h"
@@ -7,32 +8,46 @@
 #include "KxIpcSDK/Lifecycle.h"
 #include "NetManager/RequestChannel.h"
 
+int settingsRequest(UserInfo* session, const char* query, char* reply, int replySize)
+{
+    return DoRequest(session, query, reply, replySize, 0);
+}
+
+int adminRequest(UserInfo* session, const char* query, char* reply, int replySize)
+{
+    return DoRequest(session, query, reply, replySize, 1);
+}
+
 // There is no record to check: any pointer that is not null will do.
 CameraCall::CameraCall(long userId) : CameraCall(userId, this) {}
 
-CameraCall::CameraCall(long userId, const void* record)
+CameraCall::CameraCall(long userId, const void* record) : CameraCall(userId, {record}) {}
+
+CameraCall::CameraCall(long userId, std::initializer_list<const void*> arguments)
 {
+    const bool given = std::find(arguments.begin(), arguments.end(), nullptr) == arguments.end();
     if (!g_bInit)
         setLastError(KX_ERROR_NOT_INITIALISED);
-    else if (record != nullptr && !copySession(userId, session_))
+    else if (given && !copySession(userId, session_))
         setLastError(KX_ERROR_UNKNOWN_USER);
     else
-        ready_ = record != nullptr;
+        ready_ = given;
+}
+
+void CameraCall::requireUnlocked()
+{
+    if (!ready_ || session_.adminLock == 0)
+        return;
+    setLastError(KX_ERROR_FORBIDDEN);
+    ready_ = false;
 }
 
 bool CameraCall::fetch(const char* query, char* room, int size)
 {
     if (!ready_ || size < 1)
         return false;
-    const auto roomSize = static_cast<std::size_t>(size);
-    std::memset(room, 0, roomSize);
-    return request(query, room, roomSize, Path::Settings);
-}
-
-int CameraCall::set(const Query& query, Path path)
-{
-    char reply[OkReply::size] = {};
-    return ready_ && request(query.c_str(), reply, sizeof reply, path) ? 0 : -1;
+    std::memset(room, 0, static_cast<std::size_t>(size));
+    return settingsRequest(&session_, query, room, size) == 0;
 }
 
 std::optional<ChipFamily> CameraCall::chipFamily()
@@ -47,10 +62,4 @@ void CameraCall::endSession()
 {
     if (ready_)
         closeSession(session_.nUserId);
-}
-
-bool CameraCall::request(const char* query, char* reply, std::size_t replySize, Path path)
-{
-    return DoRequest(&session_, query, reply, static_cast<int>(replySize), static_cast<signed char>(path)) ==
-           0;
 }

@@ -1,6 +1,7 @@
 // What every exported camera call has in common: check, ask, read.
 #pragma once
 
+#include <initializer_list>
 #include <optional>
 
 #include "Core/UserInfo.h"
@@ -8,12 +9,14 @@
 #include "KxIpcSDK/Query.h"
 #include "KxIpcSDK/Reply.h"
 
-/// The handler at the camera that a query goes to.
-enum class Path : signed char
-{
-    Settings = 0, // "/vb.htm"
-    Admin = 1     // "/cgi-bin/admin/admin.cgi", for queries "action=…"
-};
+/// A request function of the transport: DoRequestForPassword, for one.
+using RequestFunction = int (*)(UserInfo* session, const char* query, char* reply, int replySize);
+
+/// DoRequest to the camera's settings handler, "/vb.htm".
+int settingsRequest(UserInfo* session, const char* query, char* reply, int replySize);
+
+/// DoRequest to its administrative handler, "/cgi-bin/admin/admin.cgi", for queries "action=…".
+int adminRequest(UserInfo* session, const char* query, char* reply, int replySize);
 
 /// One call of the application for one camera. False when a check failed; the last error is then set as the check
 /// demands, and every verb fails without a request.
@@ -24,15 +27,20 @@ public:
     explicit CameraCall(long userId);
     /// Between the two checks: the caller's record is there (no code).
     CameraCall(long userId, const void* record);
+    /// The same for a call that needs several things of the caller.
+    CameraCall(long userId, std::initializer_list<const void*> arguments);
 
     explicit operator bool() const { return ready_; }
 
+    /// The last check of calls that manage accounts: a locked session fails them (KX_ERROR_FORBIDDEN).
+    void requireUnlocked();
+
     /// Sends a query and receives its reply: `call.get("&paratest=ftpip")`, or `call.get<Reply<OkStyle, 512>>(…)`.
     template <typename AnyReply = OkReply>
-    AnyReply get(const char* query, Path path = Path::Settings)
+    AnyReply get(const char* query, RequestFunction send = settingsRequest)
     {
         AnyReply reply;
-        reply.received_ = ready_ && request(query, reply.raw_, AnyReply::size, path);
+        reply.received_ = ready_ && send(&session_, query, reply.raw_, int{AnyReply::size}) == 0;
         return reply;
     }
 
@@ -40,7 +48,11 @@ public:
     bool fetch(const char* query, char* room, int size);
 
     /// Sends a query whose reply does not matter; 0 or -1.
-    int set(const Query& query, Path path = Path::Settings);
+    template <typename AnyReply = OkReply>
+    int set(const Query& query, RequestFunction send = settingsRequest)
+    {
+        return get<AnyReply>(query.c_str(), send).received() ? 0 : -1;
+    }
 
     /// Asks the camera for its model; nothing when it does not answer.
     std::optional<ChipFamily> chipFamily();
@@ -48,12 +60,13 @@ public:
     /// The camera's address as the application gave it at login.
     const char* host() const { return session_.host; }
 
+    /// The password that the session logs in with.
+    const char* password() const { return session_.password; }
+
     /// Ends the session, as a logout does.
     void endSession();
 
 private:
-    bool request(const char* query, char* reply, std::size_t replySize, Path path);
-
     UserInfo session_; // a copy: a logout or a login meanwhile does not change where this call's requests go
     bool ready_ = false;
 };

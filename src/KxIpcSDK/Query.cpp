@@ -1,21 +1,11 @@
 #include "KxIpcSDK/Query.h"
 
 #include <algorithm>
-#include <cstdarg>
 #include <cstdio>
 
-void Query::number(const char* key, int value)
+std::size_t printBehind(char* text, std::size_t length, std::size_t bound, const char* format, va_list arguments)
 {
-    add("&%s=%d", key, value);
-}
-
-void Query::add(const char* format, ...)
-{
-    const std::size_t room = bound - length_;
-    va_list arguments;
-    va_start(arguments, format);
-    const int wanted = std::vsnprintf(text_ + length_, room, format, arguments);
-    va_end(arguments);
-    if (wanted > 0)
-        length_ += std::min(static_cast<std::size_t>(wanted), room - 1);
+    const std::size_t room = bound - length;
+    const int wanted = std::vsnprintf(text + length, room, format, arguments);
+    return wanted > 0 ? length + std::min(static_cast<std::size_t>(wanted), room - 1) : length;
 }

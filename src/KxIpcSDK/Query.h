@@ -1,16 +1,24 @@
-// The query of a set, put together piece by piece: "&key=value&key=value".
+// The query of a request, put together piece by piece: "&key=value&key=value".
 #pragma once
 
+#include <cstdarg>
 #include <cstddef>
 
 #include <KxIpcSDK/KxExport.h>
 
-/// Holds at most 1022 characters; what goes beyond is cut. Texts are added as they stand.
-class Query
+/// Prints behind the first `length` characters of a text of `bound` bytes; returns the new length.
+std::size_t printBehind(char* text, std::size_t length, std::size_t bound, const char* format, va_list arguments);
+
+/// Holds at most Bound - 1 characters; what goes beyond is cut. Texts are added as they stand.
+template <std::size_t Bound>
+class BoundedQuery
 {
 public:
+    /// "&paratest=key": asks for a value.
+    void ask(const char* key) { add("&paratest=%s", key); }
+
     /// "&key=value"
-    void number(const char* key, int value);
+    void number(const char* key, int value) { add("&%s=%d", key, value); }
 
     /// "&key=text", with as much of the field as it holds up to its terminator
     template <std::size_t Size>
@@ -20,13 +28,19 @@ public:
     }
 
     /// Any other form.
-    void add(const char* format, ...) KX_PRINTF_LIKE(2, 3);
+    void add(const char* format, ...) KX_PRINTF_LIKE(2, 3)
+    {
+        va_list arguments;
+        va_start(arguments, format);
+        length_ = printBehind(text_, length_, Bound, format, arguments);
+        va_end(arguments);
+    }
 
     const char* c_str() const { return text_; }
 
 private:
-    static constexpr std::size_t bound = 1023;
-
-    char text_[bound] = {};
+    char text_[Bound] = {};
     std::size_t length_ = 0;
 };
+
+using Query = BoundedQuery<1023>;

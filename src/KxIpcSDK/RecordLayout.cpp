@@ -6,6 +6,7 @@
 #include <KxIpcSDK/KxNetwork.h>
 #include <KxIpcSDK/KxSearch.h>
 #include <KxIpcSDK/KxSystem.h>
+#include <KxIpcSDK/KxUsers.h>
 
 #define RECORD(record, size)                                                                                 \
     static_assert(std::is_standard_layout_v<record> && std::is_trivially_copyable_v<record>);                \
@@ -96,6 +97,24 @@ FIELD(PortInfo, onvifport, 4, 4);
 FIELD(PortInfo, mainrtspport, 8, 4);
 FIELD(PortInfo, subrtspport, 12, 4);
 
+RECORD(UserAccountInfo, 548);
+FIELD(UserAccountInfo, name, 0, 32);
+FIELD(UserAccountInfo, password, 32, 512);
+FIELD(UserAccountInfo, authority, 544, 4);
+
+RECORD(UserListEntry, 138);
+FIELD(UserListEntry, name, 0, 136);
+FIELD(UserListEntry, authority, 136, 1);
+FIELD(UserListEntry, privilege, 137, 1);
+
+RECORD(SqaInfo, 784);
+FIELD(SqaInfo, sqa_enable, 0, 4);
+FIELD(SqaInfo, sqa_type_0, 4, 4);
+FIELD(SqaInfo, sqa_question_0, 8, 256);
+FIELD(SqaInfo, sqa_type_1, 264, 4);
+FIELD(SqaInfo, sqa_question_1, 268, 256);
+FIELD(SqaInfo, sqa_type_2, 524, 4);
+FIELD(SqaInfo, sqa_question_2, 528, 256);
 RECORD(DateTimeInfo, 240);
 FIELD(DateTimeInfo, system_datetime_datetimetype, 0, 1);
 FIELD(DateTimeInfo, date, 1, 16);

@@ -13,13 +13,13 @@ struct OkStyle
 };
 
 /// Lines "key=value", found wherever in the reply the text "key=" stands, a longer key's end included.
-struct IniStyle
+struct PlainStyle
 {
     static bool find(const char* reply, const char* key, char* value, std::size_t size);
 };
 
-/// The same for lines that end with carriage return and line feed: only a carriage return ends a value.
-struct CrLfIniStyle
+/// The same for lines that end with CR LF: a line feed alone does not end a value.
+struct CrLfStyle
 {
     static bool find(const char* reply, const char* key, char* value, std::size_t size);
 };
@@ -41,7 +41,15 @@ public:
     template <std::size_t FieldSize>
     bool text(const char* key, char (&field)[FieldSize]) const
     {
-        return Style::find(raw_, key, field, FieldSize);
+        return text<FieldSize - 1>(key, field);
+    }
+
+    /// The same, cut to Longest characters, fewer than the field could hold.
+    template <std::size_t Longest, std::size_t FieldSize>
+    bool text(const char* key, char (&field)[FieldSize]) const
+    {
+        static_assert(Longest < FieldSize);
+        return Style::find(raw_, key, field, Longest + 1);
     }
 
     /// Reads a decimal number into a field of any integer type, keeping the bits that fit. A key that is absent
@@ -56,7 +64,8 @@ public:
         return true;
     }
 
-    bool contains(const char* text) const { return std::strstr(raw_, text) != nullptr; }
+    /// Whether the request succeeded and its reply has this text in it.
+    bool contains(const char* text) const { return received_ && std::strstr(raw_, text) != nullptr; }
 
     /// The reply as it came, terminated; also what a failed request left of it.
     const char* raw() const { return raw_; }
@@ -69,3 +78,6 @@ private:
 };
 
 using OkReply = Reply<OkStyle>;
+
+/// What a camera says to a command: little.
+using CommandReply = Reply<OkStyle, 256>;

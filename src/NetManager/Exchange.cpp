@@ -15,12 +15,17 @@ namespace
 
 constexpr int toleratedReadErrors = 5; // in a row; the next one ends the reading
 
+bool startConnect(const FileDescriptor& socket, const sockaddr_in& address)
+{
+    return ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+}
+
 /// A connect that no camera can stretch beyond the limit, which a blocking one could. A refusal is not told here: it
 /// shows when the request is sent.
 bool connectWithin(const FileDescriptor& socket, const sockaddr_in& address, std::chrono::milliseconds limit)
 {
     setSendLimit(socket, limit);
-    if (::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
+    if (startConnect(socket, address))
         return true;
     if (errno == EINTR) // the attempt goes on
         return waitFor(socket, Writable | Exception, limit) != Wait::TimedOut;
@@ -45,14 +50,36 @@ bool sendWhole(const FileDescriptor& socket, std::string_view request, std::chro
     return true;
 }
 
-/// Counts a failed read; true when the reading must end.
-bool readFailedForGood(const FileDescriptor& socket, std::atomic<int>& failedReads)
+/// Connects and sends; false when the camera lets either wait too long or breaks the connection.
+bool deliver(const FileDescriptor& socket, const sockaddr_in& address, std::string_view request,
+             const ExchangeRules& rules)
 {
-    if (errno == EAGAIN) // nothing came within the limit
+    if (rules.manner == Manner::Blocking)
+        return connectWithin(socket, address, rules.connectWait) &&
+               sendWhole(socket, request, rules.connectWait);
+    startConnect(socket, address);
+    const Wait outcome = waitFor(socket, Readable | Writable | Exception, rules.connectWait);
+    return outcome != Wait::TimedOut && outcome != Wait::Failed &&
+           ::send(socket.get(), request.data(), request.size(), MSG_NOSIGNAL) >= 0;
+}
+
+/// Waits for the reply to begin.
+Wait awaitReply(const FileDescriptor& socket, const ExchangeRules& rules)
+{
+    if (rules.manner == Manner::Blocking)
+        return waitFor(socket, Readable | Exception, rules.replyWait);
+    const Wait outcome = waitFor(socket, Readable, rules.replyWait);
+    return outcome == Wait::Failed ? Wait::TimedOut : outcome;
+}
+
+/// Counts a failed read; true when the reading must end.
+bool readFailedForGood(const FileDescriptor& socket, const ExchangeRules& rules)
+{
+    if (errno == EAGAIN && rules.manner == Manner::Blocking) // nothing came within the limit
         return true;
-    if (errno == EINTR)
-        return waitFor(socket, Readable, g_timing.stalledReply) == Wait::TimedOut;
-    if (failedReads.fetch_add(1) >= toleratedReadErrors)
+    if (errno == EINTR || errno == EAGAIN)
+        return waitFor(socket, Readable, g_timing.stalledReply) != Wait::Ready;
+    if (rules.failedReads.fetch_add(1) >= toleratedReadErrors)
         return true;
     std::this_thread::sleep_for(g_timing.retry);
     return false;
@@ -68,18 +95,18 @@ void forgetFailedReads(std::atomic<int>& failedReads)
 /// Reads until the camera closes the connection, the reply is full or reads go on failing; returns the number of bytes
 /// that came. A reply may take as long as it likes, but when nothing more comes for a long time it is taken to be
 /// complete: no camera holds a call for ever.
-std::size_t receive(const FileDescriptor& socket, std::span<char> reply, std::atomic<int>& failedReads)
+std::size_t receive(const FileDescriptor& socket, std::span<char> reply, const ExchangeRules& rules)
 {
     char chunk[4096];
     std::size_t total = 0;
     setReceiveLimit(socket, g_timing.stalledReply);
     while (total < reply.size()) {
         const ssize_t count = ::recv(socket.get(), chunk, sizeof chunk, 0);
-        if (count == 0 || (count < 0 && readFailedForGood(socket, failedReads)))
+        if (count == 0 || (count < 0 && readFailedForGood(socket, rules)))
             break;
         if (count < 0)
             continue;
-        forgetFailedReads(failedReads);
+        forgetFailedReads(rules.failedReads);
         if (total < reply.size() - 1)
             std::memcpy(&reply[total], chunk,
                         std::min<std::size_t>(static_cast<std::size_t>(count), reply.size() - 1 - total));
@@ -89,8 +116,9 @@ std::size_t receive(const FileDescriptor& socket, std::span<char> reply, std::at
 }
 
 /// Looks for all refusals in two passes, one for each character that they begin with; the list's first one counts.
-int judge(std::string_view reply, std::span<const Refusal> refusals)
+int judge(std::string_view reply, const ExchangeRules& rules)
 {
+    const auto refusals = rules.refusals;
     std::size_t found = refusals.size();
     for (const char statusClass : {'4', '5'}) {
         for (std::size_t at = reply.find(statusClass); at != reply.npos;
@@ -101,7 +129,9 @@ int judge(std::string_view reply, std::span<const Refusal> refusals)
             }
         }
     }
-    return found == refusals.size() ? 0 : failWith(refusals[found].error);
+    if (found != refusals.size())
+        return failWith(refusals[found].error);
+    return reply.find(rules.goodReply) != reply.npos ? 0 : failWith(KX_ERROR_BUSY);
 }
 
 } // namespace
@@ -109,21 +139,24 @@ int judge(std::string_view reply, std::span<const Refusal> refusals)
 int exchange(const sockaddr_in& address, std::string_view request, char* reply, int replySize,
              const ExchangeRules& rules)
 {
-    const FileDescriptor socket = makeTcpSocket();
-    if (!socket)
+    const bool blocking = rules.manner == Manner::Blocking;
+    const FileDescriptor socket = makeTcpSocket(blocking ? 0 : SOCK_NONBLOCK);
+    if (!socket || (!blocking && !setLinger(socket)))
         return -1;
-    if (!connectWithin(socket, address, rules.connectWait) || !sendWhole(socket, request, rules.connectWait))
+    if (!deliver(socket, address, request, rules))
         return failWith(KX_ERROR_NETWORK);
-    const Wait outcome = waitFor(socket, Readable | Exception, rules.replyWait);
+    const Wait outcome = awaitReply(socket, rules);
     if (outcome == Wait::TimedOut)
         return failWith(KX_ERROR_NETWORK);
 
-    std::memset(reply, 0, static_cast<std::size_t>(replySize) - 1);
+    const std::span<char> room(reply, static_cast<std::size_t>(replySize));
+    std::memset(reply, 0, room.size() - 1);
     forgetFailedReads(rules.failedReads);
-    std::size_t received = 0;
-    if (outcome != Wait::Exceptional)
-        received = receive(socket, {reply, static_cast<std::size_t>(replySize)}, rules.failedReads);
+    const std::size_t received = outcome == Wait::Exceptional ? 0 : receive(socket, room, rules);
+    const std::string_view text(reply, strnlen(reply, room.size() - 1));
+    if (!blocking)
+        std::memset(reply + text.size(), 0, room.size() - text.size());
     if (received == 0)
-        return failWith(rules.nothingReceived);
-    return judge({reply, strnlen(reply, static_cast<std::size_t>(replySize) - 1)}, rules.refusals);
+        return rules.nothingReceived ? failWith(*rules.nothingReceived) : -1;
+    return judge(text, rules);
 }

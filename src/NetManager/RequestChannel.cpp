@@ -1,33 +1,20 @@
 #include "NetManager/RequestChannel.h"
 
 #include <atomic>
-#include <cerrno>
-#include <cstring>
-#include <optional>
 #include <string_view>
-
-#include <sys/socket.h>
 
 #include "Core/Timing.h"
 #include "Log/KxLog.h"
-#include "NetManager/BoundedText.h"
-#include "NetManager/Encoding.h"
 #include "NetManager/Exchange.h"
-#include "NetManager/Socket.h"
-#include "ZrThread/ZrPrint.h"
+#include "NetManager/Probe.h"
+#include "NetManager/RequestText.h"
 
 namespace
 {
 
-constexpr std::size_t requestSize = urlBufferSize;
-
 // The settings handler is given one byte less than the buffer holds.
 constexpr std::size_t settingsBound = requestSize - 1;
 constexpr std::size_t adminBound = requestSize;
-
-constexpr std::size_t longestQuery = urlBufferSize; // a longer one is left out
-
-constexpr int lingerSeconds = 3;
 
 // "403 Forbidden" is missing on purpose: callers that care look for it themselves.
 constexpr Refusal refusals[] = {
@@ -38,17 +25,6 @@ constexpr Refusal refusals[] = {
 };
 
 std::atomic<int> nReadTimes{0};
-
-void addCredentials(BoundedText& request, const UserInfo& session)
-{
-    char plain[256];
-    BoundedText both(plain, sizeof plain);
-    both.add(session.user);
-    both.add(":");
-    both.add(session.password);
-    char encoded[base64Size(sizeof plain)];
-    request.add({encoded, encodeBase64(plain, both.text().size(), encoded)});
-}
 
 void addLoginTarget(BoundedText& request, const UserInfo& session)
 {
@@ -70,36 +46,9 @@ std::size_t composeRequest(char (&buffer)[requestSize], const UserInfo& session,
         addLoginTarget(request, session);
     else
         request.add(query[0] == '&' ? "GET /vb.htm?language=ie" : "GET /vb.htm?");
-    if (query.size() <= longestQuery)
-        request.addEscaped(query);
-    request.add(" HTTP/1.1\r\nHost: ");
-    request.add(session.host);
-    request.add(":");
-    request.add(session.port);
-    request.add("\r\nConnection: Keep-Alive\r\nAuthorization: Basic ");
-    addCredentials(request, session);
-    request.add("\r\n\r\n");
+    addQuery(request, query);
+    addHeaders(request, session);
     return request.text().size();
-}
-
-/// The host's address, if the host reacts. A name is resolved once, for the probe and for the request after it.
-std::optional<sockaddr_in> probe(const char* host, int port)
-{
-    const FileDescriptor socket = makeTcpSocket(SOCK_NONBLOCK);
-    if (!socket) {
-        KxOutputDebugInfo(1, "Create TCP Socket ERROR!");
-        return std::nullopt;
-    }
-    if (!setLinger(socket, lingerSeconds))
-        return std::nullopt;
-    const auto address = resolveIpv4(host, port);
-    if (!address)
-        return std::nullopt;
-    ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&*address), sizeof *address);
-    if (waitFor(socket, Readable | Writable | Exception, g_timing.probe) != Wait::TimedOut)
-        return address;
-    zr_print("[KxLog]:Fun(IpcNet::IsHostConnect)->{select} | err=%s", std::strerror(errno));
-    return std::nullopt;
 }
 
 } // namespace

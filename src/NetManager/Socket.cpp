@@ -64,9 +64,9 @@ FileDescriptor makeTcpSocket(int flags)
     return FileDescriptor(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | flags, 0));
 }
 
-bool setLinger(const FileDescriptor& socket, int seconds)
+bool setLinger(const FileDescriptor& socket)
 {
-    const linger option{.l_onoff = 1, .l_linger = seconds};
+    const linger option{.l_onoff = 1, .l_linger = 3};
     return setsockopt(socket.get(), SOL_SOCKET, SO_LINGER, &option, sizeof option) == 0;
 }
 

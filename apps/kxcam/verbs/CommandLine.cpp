@@ -25,14 +25,19 @@ from a prompt. Options may stand before or after the subcommand.
 
 std::string complaint(const CLI::App* app, const CLI::Error& error)
 {
-    const auto chosen = app->get_subcommands();
-    if (!chosen.empty())
-        return "kxcam: " + std::string(error.what()) + "\nRun 'kxcam " + chosen.front()->get_name() +
-               " --help' for more.\n";
+    std::string words = app->get_name();
+    while (!app->get_subcommands().empty()) {
+        app = app->get_subcommands().front();
+        words += " " + app->get_name();
+    }
+    const std::string help = "\nRun '" + words + " --help' for more.\n";
+    const auto verbs = app->get_subcommands({});
+    if (verbs.empty())
+        return "kxcam: " + std::string(error.what()) + help;
     std::string text = "kxcam: what is to be done? Give one of:";
-    for (const CLI::App* verb : app->get_subcommands({}))
+    for (const CLI::App* verb : verbs)
         text += " " + verb->get_name();
-    return text + "\nRun 'kxcam --help' for more.\n";
+    return text + help;
 }
 
 void addCommonOptions(CLI::App& app, CommandLine& line)
@@ -67,6 +72,7 @@ std::optional<ExitCode> parse(int argc, char** argv, CommandLine& line, Console&
     addReboot(app, line);
     addReset(app, line);
     addUpdate(app, line);
+    addUsers(app, line);
     try {
         app.parse(argc, argv);
         return std::nullopt;

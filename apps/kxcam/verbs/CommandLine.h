@@ -37,5 +37,6 @@ void addCapabilities(CLI::App& app, CommandLine& line);
 void addReboot(CLI::App& app, CommandLine& line);
 void addReset(CLI::App& app, CommandLine& line);
 void addUpdate(CLI::App& app, CommandLine& line);
+void addUsers(CLI::App& app, CommandLine& line);
 
 } // namespace kxcam

@@ -52,8 +52,8 @@ ExitCode reset(const Options& options, const CommandLine& line, Console& console
 {
     const auto* chosen = std::find_if(std::begin(resets), std::end(resets),
                                       [&](const Reset& candidate) { return candidate.keep == options.keep; });
-    if (!options.yes)
-        requireConsent("The camera at " + line.target.address() + " will lose " + chosen->loses + ".");
+    requireConsent("The camera at " + line.target.address() + " will lose " + chosen->loses + ".",
+                   options.yes);
     const Session session(line.target);
     if (chosen->run(session.userId()) != 0)
         throw sdkFailure("the reset of " + line.target.address());

@@ -9,7 +9,7 @@
 
 #include <KxIpcSDK/KxSystem.h>
 
-#include "Assignment.h"
+#include "Carriable.h"
 #include "Json.h"
 #include "verbs/CommandLine.h"
 

@@ -27,7 +27,8 @@ enum Chip : unsigned
 enum class Access
 {
     ReadWrite,
-    ReadOnly
+    ReadOnly,
+    Hidden ///< neither told nor set by a settings query
 };
 
 /// What a reset can be told to leave alone.
@@ -88,14 +89,14 @@ struct Inquiry
     std::optional<std::string> (*line)(Settings& settings, const std::string& value);
 };
 
-/// What follows the name of an action: "key=value", decoded.
+/// A query's pieces "key=value", decoded.
 using Parameters = std::map<std::string, std::string, std::less<>>;
 
-/// A request "path?action=name".
+/// A request "path?action=name&key=value".
 struct Action
 {
     std::string_view path;
-    std::string_view name;
+    std::string_view name; ///< empty: a request "path?key=value"
     /// The lines of the reply's body.
     std::vector<std::string> (*answer)(Settings& settings, const Parameters& parameters);
 };
@@ -124,5 +125,6 @@ extern const Area clockArea;
 extern const Area networkArea;
 extern const Area systemArea;
 extern const Area updateArea;
+extern const Area usersArea;
 
 } // namespace kxsim

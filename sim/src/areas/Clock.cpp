@@ -15,7 +15,7 @@ namespace
 constexpr std::string_view ahead = "clock.ahead";
 
 constexpr std::array settings{
-    Setting{ahead, "3600", Access::ReadOnly},
+    Setting{ahead, "3600", Access::Hidden},
     // By the action alone, not by a plain set:
     Setting{"system_datetime_datetimetype", "0", Access::ReadOnly},
     Setting{"system_datetime_daylight", "0", Access::ReadOnly},

@@ -15,8 +15,8 @@ constexpr int step = 25; // for each time it is asked, so that nobody has to wai
 constexpr int done = 100;
 
 constexpr std::array settings{
-    Setting{wanted, "", Access::ReadOnly},
-    Setting{progress, "0", Access::ReadOnly},
+    Setting{wanted, "", Access::Hidden},
+    Setting{progress, "0", Access::Hidden},
 };
 
 std::optional<std::string> offer(Settings&, const std::string&)

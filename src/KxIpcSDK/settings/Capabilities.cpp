@@ -14,7 +14,7 @@ constexpr char maskKey[] = "chipninterface";
 OkReply ask(CameraCall&& call, const char* key)
 {
     Query query;
-    query.add("&paratest=%s", key);
+    query.ask(key);
     return call.get(query.c_str());
 }
 
@@ -119,7 +119,7 @@ int KX_Ipc_HasHighFrameInterface(long userId)
 int Kx_Ipc_GetModelGeneral(long userId, ModelGeneralInfo* info)
 {
     CameraCall call(userId, info);
-    const auto reply = call.get<Reply<IniStyle, 10240>>("action=get.model.general&format=inf", Path::Admin);
+    const auto reply = call.get<Reply<PlainStyle, 10240>>("action=get.model.general&format=inf", adminRequest);
     if (!reply)
         return -1;
     reply.number("system_io_support", info->system_io_support);

@@ -78,7 +78,7 @@ void addNtp(Query& query, const DateTimeInfo& info)
 int Kx_Ipc_GetSystemDate(long userId, DateTimeInfo* info)
 {
     CameraCall call(userId, info);
-    const OkReply reply = call.get("action=get.system.datetime&format=inf", Path::Admin);
+    const OkReply reply = call.get("action=get.system.datetime&format=inf", adminRequest);
     if (!reply)
         return -1;
     const ClockSection clock(reply);
@@ -117,5 +117,5 @@ int Kx_Ipc_SetSystemDate(long userId, const DateTimeInfo* info)
     default: // a source that the SDK does not know needs nothing that it knows
         break;
     }
-    return call.set(query, Path::Admin);
+    return call.set(query, adminRequest);
 }

@@ -6,8 +6,6 @@
 namespace
 {
 
-using CommandReply = Reply<OkStyle, 256>;
-
 /// A camera that goes down at once may not get as far as a confirmation, so any answer will do.
 int command(long userId, const char* word)
 {
@@ -18,8 +16,7 @@ int command(long userId, const char* word)
 int confirmedCommand(long userId, const char* word, const char* confirmation)
 {
     CameraCall call(userId);
-    const auto reply = call.get<CommandReply>(word);
-    return reply && reply.contains(confirmation) ? 0 : -1;
+    return call.get<CommandReply>(word).contains(confirmation) ? 0 : -1;
 }
 
 } // namespace

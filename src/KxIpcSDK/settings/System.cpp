@@ -8,7 +8,7 @@ namespace
 {
 
 using IdentityReply = Reply<OkStyle, 2048>;
-using FeatureReply = Reply<CrLfIniStyle, 2048>;
+using FeatureReply = Reply<CrLfStyle, 2048>;
 
 void readIdentity(const IdentityReply& reply, SystemInfo& info)
 {
@@ -26,10 +26,10 @@ FeatureReply getFeatures(CameraCall& call)
 {
     constexpr char query[] = "action=get.system.information&format=inf";
     setLastError(KX_ERROR_NONE); // so that the code afterwards is this request's
-    const auto reply = call.get<FeatureReply>(query, Path::Admin);
+    const auto reply = call.get<FeatureReply>(query, adminRequest);
     if (reply.received() || g_nLastError != KX_ERROR_FORBIDDEN)
         return reply;
-    return call.get<FeatureReply>(query, Path::Admin);
+    return call.get<FeatureReply>(query, adminRequest);
 }
 
 void readFeatures(const FeatureReply& reply, SystemInfo& info)
