@@ -18,12 +18,6 @@ CameraCall::CameraCall(long userId, const void* record)
         ready_ = record != nullptr;
 }
 
-int CameraCall::set(const Query& query)
-{
-    char reply[OkReply::size] = {};
-    return ready_ && request(query.c_str(), reply, sizeof reply) ? 0 : -1;
-}
-
 std::optional<ChipFamily> CameraCall::chipFamily()
 {
     const OkReply reply = get("&paratest=productmodel");
@@ -38,7 +32,8 @@ void CameraCall::endSession()
         closeSession(session_.nUserId);
 }
 
-bool CameraCall::request(const char* query, char* reply, std::size_t replySize)
+bool CameraCall::request(const char* query, char* reply, std::size_t replySize, Handler handler)
 {
-    return DoRequest(&session_, query, reply, static_cast<int>(replySize), 0) == 0;
+    return DoRequest(&session_, query, reply, static_cast<int>(replySize),
+                     static_cast<signed char>(handler)) == 0;
 }

@@ -8,6 +8,13 @@
 #include "KxIpcSDK/Query.h"
 #include "KxIpcSDK/Reply.h"
 
+/// What answers a request on the camera's side.
+enum class Handler : signed char
+{
+    Settings = 0,
+    Admin = 1
+};
+
 /// One call of the application for one camera. False when a check failed; the last error is then set as the check
 /// demands, and every verb fails without a request.
 class CameraCall
@@ -22,15 +29,19 @@ public:
 
     /// Sends a query and receives its reply: `call.get("&paratest=ftpip")`, or `call.get<Reply<OkStyle, 512>>(…)`.
     template <typename AnyReply = OkReply>
-    AnyReply get(const char* query)
+    AnyReply get(const char* query, Handler handler = Handler::Settings)
     {
         AnyReply reply;
-        reply.received_ = ready_ && request(query, reply.raw_, AnyReply::size);
+        reply.received_ = ready_ && request(query, reply.raw_, AnyReply::size, handler);
         return reply;
     }
 
     /// Sends a query whose reply does not matter; 0 or -1.
-    int set(const Query& query);
+    template <typename AnyReply = OkReply>
+    int set(const Query& query, Handler handler = Handler::Settings)
+    {
+        return get<AnyReply>(query.c_str(), handler).received() ? 0 : -1;
+    }
 
     /// Asks the camera for its model; nothing when it does not answer.
     std::optional<ChipFamily> chipFamily();
@@ -42,7 +53,7 @@ public:
     void endSession();
 
 private:
-    bool request(const char* query, char* reply, std::size_t replySize);
+    bool request(const char* query, char* reply, std::size_t replySize, Handler handler);
 
     UserInfo session_; // a copy: a logout or a login meanwhile does not change where this call's requests go
     bool ready_ = false;

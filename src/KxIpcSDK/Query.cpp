@@ -4,14 +4,10 @@
 #include <cstdarg>
 #include <cstdio>
 
-void Query::number(const char* key, int value)
+template <std::size_t Bound>
+void BoundedQuery<Bound>::add(const char* format, ...)
 {
-    add("&%s=%d", key, value);
-}
-
-void Query::add(const char* format, ...)
-{
-    const std::size_t room = bound - length_;
+    const std::size_t room = Bound - length_;
     va_list arguments;
     va_start(arguments, format);
     const int wanted = std::vsnprintf(text_ + length_, room, format, arguments);
@@ -19,3 +15,6 @@ void Query::add(const char* format, ...)
     if (wanted > 0)
         length_ += std::min(static_cast<std::size_t>(wanted), room - 1);
 }
+
+template class BoundedQuery<1023>;
+template class BoundedQuery<4096>;

@@ -12,6 +12,12 @@ struct OkStyle
     static bool find(const char* reply, const char* key, char* value, std::size_t size);
 };
 
+/// Lines "key = 'value';", as the administrative handler answers.
+struct QuotedStyle
+{
+    static bool find(const char* reply, const char* key, char* value, std::size_t size);
+};
+
 /// The raw reply, status line and headers included. False when the request failed or the reply is empty. A number is
 /// read through a text of NumberSize bytes.
 template <typename Style, std::size_t Size = 1024, std::size_t NumberSize = Size>
@@ -21,6 +27,9 @@ public:
     static constexpr std::size_t size = Size;
 
     explicit operator bool() const { return received_ && raw_[0] != '\0'; }
+
+    /// The request succeeded, be the reply empty or not.
+    bool received() const { return received_; }
 
     /// Reads a text, cut to its field. A key that is absent leaves the field as it is and gives false.
     template <std::size_t FieldSize>
