@@ -4,6 +4,8 @@
 //   WORD           runs a command       -> "OK WORD" or "NG WORD"
 //   language=ie    opens most queries and means nothing
 // A piece that the camera does not understand gets no line, and the others are answered all the same.
+// A query that opens with "page=NAME" is for settings of that page, where a key may mean something else than elsewhere.
+// A camera that lacks the page understands nothing of the query.
 // A query that opens with "action=NAME" is no settings query: what follows are the action's parameters.
 #include "Device.h"
 
@@ -72,7 +74,7 @@ Device::Answer notFound()
 
 Device::Device(const CameraOptions& options) : lineEnd_(options.lineEnd), chip_(chipOf(options.model))
 {
-    for (const Area* area : {&systemArea, &networkArea})
+    for (const Area* area : {&systemArea, &networkArea, &videoArea, &audioArea, &osdArea})
         add(*area);
     settings_.put("productmodel", options.model);
 }
@@ -95,7 +97,10 @@ void Device::add(const Area& area)
     }
     for (const SetRule& rule : area.setRules)
         if (rule.chips & chip_)
-            setRules_.emplace(rule.key, &rule);
+            setRules_.emplace(std::pair(rule.page, rule.key), &rule);
+    for (const Page& page : area.pages)
+        if (page.chips & chip_)
+            pages_.insert(page.name);
     for (const Command& command : area.commands)
         commands_.emplace(command.word, &command);
     for (const Action& action : area.actions)
@@ -105,30 +110,43 @@ void Device::add(const Area& area)
 Device::Answer Device::answer(std::string_view target)
 {
     const auto [path, query] = splitAt(target, '?');
-    const auto [name, value] = splitAt(query.substr(0, query.find('&')), '=');
-    if (name == "action")
-        return perform(path, value);
+    if (query.starts_with("action="))
+        return perform(path, query);
     return path == "/vb.htm" ? answerSettings(query) : notFound();
 }
 
-Device::Answer Device::perform(std::string_view path, std::string_view name) const
+Device::Answer Device::perform(std::string_view path, std::string_view query)
 {
+    const auto [opening, rest] = splitAt(query, '&');
+    const std::string_view name = splitAt(opening, '=').second;
+    std::vector<Parameter> parameters;
+    for (std::string_view piece : piecesOf(rest)) {
+        const auto [key, value] = splitAt(piece, '=');
+        parameters.push_back({key, percentDecoded(value)});
+    }
     for (const Action* action : actions_)
         if (action->path == path && action->name == name)
-            return {200, joined(action->answer(settings_))};
+            return {200, joined(action->answer(settings_, parameters))};
     return notFound();
 }
 
 Device::Answer Device::answerSettings(std::string_view query)
 {
+    constexpr std::string_view opening = "page=";
+    std::string_view page;
+    if (query.starts_with(opening)) {
+        page = query.substr(opening.size(), query.find('&') - opening.size());
+        if (!pages_.contains(page))
+            return {};
+    }
     std::vector<std::string> lines;
     for (std::string_view piece : piecesOf(query))
-        if (auto line = answerPiece(piece))
+        if (auto line = answerPiece(page, piece))
             lines.push_back(std::move(*line));
     return {200, joined(lines)};
 }
 
-std::optional<std::string> Device::answerPiece(std::string_view piece)
+std::optional<std::string> Device::answerPiece(std::string_view page, std::string_view piece)
 {
     const auto [name, value] = splitAt(piece, '=');
     const std::string_view key = withoutTabs(name);
@@ -136,7 +154,7 @@ std::optional<std::string> Device::answerPiece(std::string_view piece)
         return run(key);
     if (key == "paratest")
         return get(withoutTabs(value));
-    return set(key, value);
+    return set(page, key, value);
 }
 
 std::optional<std::string> Device::get(std::string_view key) const
@@ -147,16 +165,16 @@ std::optional<std::string> Device::get(std::string_view key) const
     return "OK " + std::string(key) + "=" + *value;
 }
 
-std::optional<std::string> Device::set(std::string_view key, std::string_view value)
+std::optional<std::string> Device::set(std::string_view page, std::string_view key, std::string_view value)
 {
-    if (!take(key, percentDecoded(value)))
+    if (!take(page, key, percentDecoded(value)))
         return std::nullopt;
     return "OK " + std::string(key);
 }
 
-bool Device::take(std::string_view key, const std::string& value)
+bool Device::take(std::string_view page, std::string_view key, const std::string& value)
 {
-    if (const auto rule = setRules_.find(key); rule != setRules_.end())
+    if (const auto rule = setRules_.find({page, key}); rule != setRules_.end())
         return rule->second->take(settings_, value);
     return !readOnly_.contains(key) && settings_.keep(key, value);
 }

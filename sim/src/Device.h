@@ -10,6 +10,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kxsim
@@ -34,23 +35,24 @@ public:
 
 private:
     void add(const Area& area);
-    Answer perform(std::string_view path, std::string_view actionName) const;
+    Answer perform(std::string_view path, std::string_view query);
     Answer answerSettings(std::string_view query);
     std::string joined(const std::vector<std::string>& lines) const;
 
     // Each gives the line that answers a piece of a settings query, or nothing when the camera has no answer.
-    std::optional<std::string> answerPiece(std::string_view piece);
+    std::optional<std::string> answerPiece(std::string_view page, std::string_view piece);
     std::optional<std::string> get(std::string_view key) const;
-    std::optional<std::string> set(std::string_view key, std::string_view value);
+    std::optional<std::string> set(std::string_view page, std::string_view key, std::string_view value);
     std::optional<std::string> run(std::string_view word);
 
-    bool take(std::string_view key, const std::string& value);
+    bool take(std::string_view page, std::string_view key, const std::string& value);
 
     std::string lineEnd_;
     Chip chip_;
     Settings settings_;
     std::set<std::string_view> readOnly_;
-    std::map<std::string_view, const SetRule*> setRules_;
+    std::map<std::pair<std::string_view, std::string_view>, const SetRule*> setRules_; // by page and key
+    std::set<std::string_view> pages_;
     std::map<std::string_view, const Command*> commands_;
     std::vector<const Action*> actions_;
 };

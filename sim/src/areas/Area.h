@@ -3,6 +3,8 @@
 
 #include "../Settings.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
@@ -42,6 +44,14 @@ struct SetRule
     std::string_view key;
     bool (*take)(Settings& settings, const std::string& value); ///< false: the value was not taken
     unsigned chips = AnyChip;
+    std::string_view page = {}; ///< only in a query of this page; empty: in any other
+};
+
+/// What a query may open with, as "page=name".
+struct Page
+{
+    std::string_view name;
+    unsigned chips = AnyChip;
 };
 
 /// A word without a value, which makes the camera do something.
@@ -51,12 +61,20 @@ struct Command
     bool (*run)(Settings& settings);
 };
 
+/// What follows the name of an action: "&key=value".
+struct Parameter
+{
+    std::string_view key;
+    std::string value;
+};
+
 /// A request "path?action=name".
 struct Action
 {
     std::string_view path;
     std::string_view name;
-    std::vector<std::string> (*answer)(const Settings& settings); ///< lines of the reply's body
+    /// Gives the lines of the reply's body.
+    std::vector<std::string> (*answer)(Settings& settings, std::span<const Parameter> parameters);
 };
 
 struct Area
@@ -65,16 +83,40 @@ struct Area
     std::span<const SetRule> setRules = {};
     std::span<const Command> commands = {};
     std::span<const Action> actions = {};
+    std::span<const Page> pages = {};
+};
+
+/// A key as a template's argument: keepAs<"wifissid">.
+struct KeyName
+{
+    template <std::size_t Size>
+    constexpr KeyName(const char (&key)[Size]) // implicit: that is its use
+    {
+        std::copy_n(key, Size, text);
+    }
+
+    char text[48] = {};
 };
 
 /// A set rule for a value that is read back under another name.
-template <const char* Key>
+template <KeyName Key>
 bool keepAs(Settings& settings, const std::string& value)
 {
-    return settings.keep(Key, value);
+    return settings.keep(Key.text, value);
 }
 
+inline constexpr std::string_view administration = "/cgi-bin/admin/admin.cgi";
+
+/// The line "key = 'value';" of an administrative reply.
+inline std::string quoted(std::string_view key, std::string_view value)
+{
+    return std::string(key) + " = '" + std::string(value) + "';";
+}
+
+extern const Area audioArea;
 extern const Area networkArea;
+extern const Area osdArea;
 extern const Area systemArea;
+extern const Area videoArea;
 
 } // namespace kxsim
