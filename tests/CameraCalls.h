@@ -15,6 +15,10 @@ struct Records
     FtpInfo ftp{};
     UpnpInfo upnp{};
     PortInfo ports{};
+    VideoInfo video{};
+    AudioInfo audio{};
+    AudioOptions audioOptions{};
+    OsdInfo osd{};
 };
 
 struct NamedCall
@@ -50,4 +54,26 @@ inline const std::vector<NamedCall> cameraCalls = {
     {"GetPortInfo", [](long id, Records* r) { return Kx_Ipc_GetPortInfo(id, r ? &r->ports : nullptr); }},
     {"SetPortInfo", [](long id, Records* r) { return Kx_Ipc_SetPortInfo(id, r ? &r->ports : nullptr); }, true,
      -1, true},
+    {"GetVideoConfig",
+     [](long id, Records* r) { return Kx_Ipc_GetVideoConfig(id, r ? &r->video : nullptr, 1); }},
+    {"SetVideoConfig",
+     [](long id, Records* r) { return Kx_Ipc_SetVideoConfig(id, r ? &r->video : nullptr, 1); }},
+    {"GetVideoConfig_ForOldVer",
+     [](long id, Records* r) { return Kx_Ipc_GetVideoConfig_ForOldVer(id, r ? &r->video : nullptr, 1); }},
+    {"SetVideoConfig_ForOldVer",
+     [](long id, Records* r) { return Kx_Ipc_SetVideoConfig_ForOldVer(id, r ? &r->video : nullptr, 1); }},
+    {"GetAudioConfig",
+     [](long id, Records* r) { return Kx_Ipc_GetAudioConfig(id, r ? &r->audio : nullptr); }},
+    {"SetAudioConfig", [](long id, Records* r) { return Kx_Ipc_SetAudioConfig(id, r ? &r->audio : nullptr); },
+     true, -1, true},
+    {"GetAudioOptions",
+     [](long id, Records* r) { return Kx_Ipc_GetAudioOptions(id, r ? &r->audioOptions : nullptr); }, false,
+     -1, true},
+    {"GetOSD", [](long id, Records* r) { return Kx_Ipc_GetOSD(id, r ? &r->osd : nullptr); }},
+    {"SetOSD", [](long id, Records* r) { return Kx_Ipc_SetOSD(id, r ? &r->osd : nullptr); }},
+    {"GetOSD_ForOldVer",
+     [](long id, Records* r) { return Kx_Ipc_GetOSD_ForOldVer(id, r ? r->osd.streams : nullptr); }},
+    {"SetOSD_ForOldVer",
+     [](long id, Records* r) { return Kx_Ipc_SetOSD_ForOldVer(id, r ? r->osd.streams : nullptr); }, true, -1,
+     true},
 };

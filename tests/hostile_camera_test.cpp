@@ -32,7 +32,7 @@ protected:
         camera.setFault(fault);
         const bool silent = fault.kind == Kind::Unreachable || fault.kind == Kind::SilentBefore ||
                             fault.kind == Kind::SilentAfter;
-        g_timing = {};
+        g_timing = timingWithoutPauses();
         if (silent)
             g_timing.probe = g_timing.firstReply = std::chrono::milliseconds(10);
     }

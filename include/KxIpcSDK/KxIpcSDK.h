@@ -19,8 +19,11 @@
 #ifndef KXIPCSDK_KXIPCSDK_H
 #define KXIPCSDK_KXIPCSDK_H
 
+#include <KxIpcSDK/KxAudio.h>
 #include <KxIpcSDK/KxNetwork.h>
+#include <KxIpcSDK/KxOsd.h>
 #include <KxIpcSDK/KxSdk.h>
 #include <KxIpcSDK/KxSdkLog.h>
+#include <KxIpcSDK/KxVideo.h>
 
 #endif

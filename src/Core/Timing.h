@@ -15,6 +15,12 @@ struct Timing
     Microseconds retry{200};           // before a failed read or an empty write is tried again
     Milliseconds streamWorker{50};     // between two rounds of the stream-opening worker
     Milliseconds decodersOff{20};      // from switching the decoders off to closing their streams
+
+    // What a camera gets to restart its video encoder before the next request.
+    Milliseconds newResolution{2'000};       // after another picture size
+    Milliseconds newEncoding{5'000};         // after other settings of the main or the sub stream
+    Milliseconds newThirdEncoding{3'000};    // the same for the third stream
+    Milliseconds oldFirmwareEncoding{1'500}; // the same, any stream, on old firmware
 };
 
 // The values in force. Written by tests before they make calls, by nothing else.
