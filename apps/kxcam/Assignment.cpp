@@ -49,8 +49,8 @@ bool isEncoded(const std::string& text, std::size_t at)
     return text[at] == '%' && at + 2 < text.size() && isHex(text[at + 1]) && isHex(text[at + 2]);
 }
 
-/// Why a text can not be sent.
-std::optional<std::string> obstacle(const std::string& text)
+/// Why a camera would not take a text as it stands.
+std::optional<std::string> misreading(const std::string& text)
 {
     if (text.find('&') != std::string::npos)
         return "contains '&', which separates settings in the camera's language";
@@ -58,6 +58,14 @@ std::optional<std::string> obstacle(const std::string& text)
         if (isEncoded(text, at))
             return "contains '%' and two hexadecimal digits, which the camera takes for one encoded "
                    "character";
+    return std::nullopt;
+}
+
+/// Why a text can not be sent.
+std::optional<std::string> obstacle(const Field& field, const std::string& text)
+{
+    if (auto why = field.encoded ? std::nullopt : misreading(text))
+        return why;
     const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
     if (std::any_of(text.begin(), text.end(), isControl))
         return "contains a line break or another control character";
@@ -72,7 +80,7 @@ std::string parseText(const Field& field, std::string text)
     if (text.size() >= field.size)
         throw wrong("the value of '" + key + "' has " + std::to_string(text.size()) +
                     " bytes; the field holds " + std::to_string(field.size - 1));
-    if (const auto why = obstacle(text))
+    if (const auto why = obstacle(field, text))
         throw wrong("the value of '" + key + "' " + *why);
     return text;
 }
@@ -99,7 +107,7 @@ std::size_t lengthOfSet(const Area& area, const Record& record)
     for (const Field& field : area.fields) {
         const Value value = field.isWritten() ? record.value(field) : Value();
         if (const auto* text = std::get_if<std::string>(&value))
-            length += field.key.size() + text->size() + 2;
+            length += field.key.size() + text->size() * (field.encoded ? 3 : 1) + 2;
         else if (const auto* number = std::get_if<int>(&value))
             length += field.key.size() + std::to_string(*number).size() + 2;
     }
@@ -142,7 +150,8 @@ void requireTold(const Area& area, const Record& record)
 {
     std::string missing;
     for (const Field& field : area.fields)
-        if (field.isWritten() && field.access != Access::WriteOnly && !isTold(record.value(field)))
+        if (field.isWritten() && field.access != Access::WriteOnly && !field.someModels &&
+            !isTold(record.value(field)))
             missing.append(" ").append(field.key).append("=…");
     if (!missing.empty())
         throw Failure(ExitCode::Refused,
@@ -158,7 +167,7 @@ void requireCarriable(const Area& area, const Record& record)
             continue;
         const Value value = record.value(field);
         const auto* text = std::get_if<std::string>(&value);
-        if (const auto why = text != nullptr ? obstacle(*text) : std::nullopt)
+        if (const auto why = text != nullptr ? obstacle(field, *text) : std::nullopt)
             throw wrong("the camera's present value of '" + std::string(field.key) + "' " + *why +
                         ", and a set writes it back; give " + std::string(field.key) + "=… too");
     }

@@ -7,7 +7,9 @@ namespace kxcam
 namespace
 {
 
-nlohmann::ordered_json jsonOf(const Field& field, const Value& value, bool showSecrets)
+using Json = nlohmann::ordered_json;
+
+Json jsonOf(const Field& field, const Value& value, bool showSecrets)
 {
     if (!isTold(value))
         return nullptr;
@@ -17,16 +19,35 @@ nlohmann::ordered_json jsonOf(const Field& field, const Value& value, bool showS
     return field.secret && !showSecrets ? masked(text) : text;
 }
 
+Json jsonOf(const Area& area, const Record& record, bool showSecrets)
+{
+    Json object = Json::object();
+    for (const Field& field : area.fields)
+        if (field.isRead())
+            object[std::string(field.key)] = jsonOf(field, record.value(field), showSecrets);
+    return object;
+}
+
+// A camera's text need not be UTF-8; JSON must be.
+void print(const Json& object, Console& console)
+{
+    console.print(object.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+}
+
 } // namespace
 
 void printJson(const Area& area, const Record& record, bool showSecrets, Console& console)
 {
-    nlohmann::ordered_json object = nlohmann::ordered_json::object();
-    for (const Field& field : area.fields)
-        if (field.isRead())
-            object[std::string(field.key)] = jsonOf(field, record.value(field), showSecrets);
-    // A camera's text need not be UTF-8; JSON must be.
-    console.print(object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+    print(jsonOf(area, record, showSecrets), console);
+}
+
+void printJson(const std::vector<StreamRecord>& streams, bool showSecrets, Console& console)
+{
+    Json object = Json::object();
+    for (const auto& [stream, record] : streams)
+        object[std::string(stream->name)] =
+            record ? jsonOf(*stream->area, *record, showSecrets) : Json(nullptr);
+    print(object, console);
 }
 
 } // namespace kxcam

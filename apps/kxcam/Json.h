@@ -1,6 +1,8 @@
 // Settings as JSON, for programs.
 #pragma once
 
+#include <vector>
+
 #include "Area.h"
 #include "Console.h"
 
@@ -9,5 +11,8 @@ namespace kxcam
 
 /// Prints a record as one object; a value that the camera does not tell is null.
 void printJson(const Area& area, const Record& record, bool showSecrets, Console& console);
+
+/// Prints an object of such objects by stream; a stream that the camera does not have is null.
+void printJson(const std::vector<StreamRecord>& streams, bool showSecrets, Console& console);
 
 } // namespace kxcam
