@@ -138,21 +138,6 @@ TEST_F(VideoSettings, AbsentKeysLeaveTheRecordAlone)
     EXPECT_EQ(fieldsOf(video), before);
 }
 
-TEST_F(VideoSettings, QuotedValuesEndAtTheirLastQuote)
-{
-    const std::pair<const char*, int> cases[] = {
-        {"= '640';", 640}, {"= '640", 640}, {"= '-3' ;", -3}, {"= '6'4'0';", 6}, {"= '';", 0}, {"='640';", 9},
-    };
-    for (const auto& [text, width] : cases) {
-        VideoInfo video{};
-        video.width = 9;
-        page.replaceReply("general",
-                          httpReply("media_profile_resolution_width[0] " + std::string(text) + "\n"));
-        EXPECT_EQ(Kx_Ipc_GetVideoConfig(pageId, &video, 1), 0);
-        EXPECT_EQ(video.width, width) << text;
-    }
-}
-
 TEST_F(VideoSettings, ChipFlagsFollowFromWhatTheCameraIsMadeOf)
 {
     const struct

@@ -65,6 +65,16 @@ std::vector<std::string_view> piecesOf(std::string_view query)
     return pieces;
 }
 
+Parameters parametersOf(std::string_view query)
+{
+    Parameters parameters;
+    for (const std::string_view piece : piecesOf(query)) {
+        const auto [key, value] = splitAt(piece, '=');
+        parameters.insert_or_assign(std::string(key), percentDecoded(value));
+    }
+    return parameters;
+}
+
 Device::Answer notFound()
 {
     return {404, statusText(404)};
@@ -98,7 +108,7 @@ void Device::add(const Area& area)
     for (const SetRule& rule : area.setRules)
         if (rule.chips & chip_)
             setRules_.emplace(std::pair(rule.page, rule.key), &rule);
-    for (const Page& page : area.pages)
+    for (const QueryPage& page : area.pages)
         if (page.chips & chip_)
             pages_.insert(page.name);
     for (const Command& command : area.commands)
@@ -110,23 +120,18 @@ void Device::add(const Area& area)
 Device::Answer Device::answer(std::string_view target)
 {
     const auto [path, query] = splitAt(target, '?');
-    if (query.starts_with("action="))
-        return perform(path, query);
+    const auto [first, parameters] = splitAt(query, '&');
+    const auto [name, value] = splitAt(first, '=');
+    if (name == "action")
+        return perform(path, value, parameters);
     return path == "/vb.htm" ? answerSettings(query) : notFound();
 }
 
-Device::Answer Device::perform(std::string_view path, std::string_view query)
+Device::Answer Device::perform(std::string_view path, std::string_view name, std::string_view parameters)
 {
-    const auto [opening, rest] = splitAt(query, '&');
-    const std::string_view name = splitAt(opening, '=').second;
-    std::vector<Parameter> parameters;
-    for (std::string_view piece : piecesOf(rest)) {
-        const auto [key, value] = splitAt(piece, '=');
-        parameters.push_back({key, percentDecoded(value)});
-    }
     for (const Action* action : actions_)
         if (action->path == path && action->name == name)
-            return {200, joined(action->answer(settings_, parameters))};
+            return {200, joined(action->answer(settings_, parametersOf(parameters)))};
     return notFound();
 }
 

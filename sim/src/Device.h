@@ -35,7 +35,7 @@ public:
 
 private:
     void add(const Area& area);
-    Answer perform(std::string_view path, std::string_view query);
+    Answer perform(std::string_view path, std::string_view actionName, std::string_view parameters);
     Answer answerSettings(std::string_view query);
     std::string joined(const std::vector<std::string>& lines) const;
 

@@ -32,8 +32,8 @@ void CameraCall::endSession()
         closeSession(session_.nUserId);
 }
 
-bool CameraCall::request(const char* query, char* reply, std::size_t replySize, Handler handler)
+bool CameraCall::request(const char* query, char* reply, std::size_t replySize, Path path)
 {
-    return DoRequest(&session_, query, reply, static_cast<int>(replySize),
-                     static_cast<signed char>(handler)) == 0;
+    return DoRequest(&session_, query, reply, static_cast<int>(replySize), static_cast<signed char>(path)) ==
+           0;
 }

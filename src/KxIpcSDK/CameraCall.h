@@ -8,11 +8,11 @@
 #include "KxIpcSDK/Query.h"
 #include "KxIpcSDK/Reply.h"
 
-/// What answers a request on the camera's side.
-enum class Handler : signed char
+/// The handler at the camera that a query goes to.
+enum class Path : signed char
 {
-    Settings = 0,
-    Admin = 1
+    Settings = 0, // "/vb.htm"
+    Admin = 1     // "/cgi-bin/admin/admin.cgi", for queries "action=…"
 };
 
 /// One call of the application for one camera. False when a check failed; the last error is then set as the check
@@ -29,18 +29,18 @@ public:
 
     /// Sends a query and receives its reply: `call.get("&paratest=ftpip")`, or `call.get<Reply<OkStyle, 512>>(…)`.
     template <typename AnyReply = OkReply>
-    AnyReply get(const char* query, Handler handler = Handler::Settings)
+    AnyReply get(const char* query, Path path = Path::Settings)
     {
         AnyReply reply;
-        reply.received_ = ready_ && request(query, reply.raw_, AnyReply::size, handler);
+        reply.received_ = ready_ && request(query, reply.raw_, AnyReply::size, path);
         return reply;
     }
 
     /// Sends a query whose reply does not matter; 0 or -1.
     template <typename AnyReply = OkReply>
-    int set(const Query& query, Handler handler = Handler::Settings)
+    int set(const Query& query, Path path = Path::Settings)
     {
-        return get<AnyReply>(query.c_str(), handler).received() ? 0 : -1;
+        return get<AnyReply>(query.c_str(), path).received() ? 0 : -1;
     }
 
     /// Asks the camera for its model; nothing when it does not answer.
@@ -53,7 +53,7 @@ public:
     void endSession();
 
 private:
-    bool request(const char* query, char* reply, std::size_t replySize, Handler handler);
+    bool request(const char* query, char* reply, std::size_t replySize, Path path);
 
     UserInfo session_; // a copy: a logout or a login meanwhile does not change where this call's requests go
     bool ready_ = false;

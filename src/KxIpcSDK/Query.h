@@ -33,6 +33,9 @@ private:
     std::size_t length_ = 0;
 };
 
+extern template class BoundedQuery<1023>;
+extern template class BoundedQuery<4096>;
+
 /// Carries the settings of one call: 1022 characters.
 using Query = BoundedQuery<1023>;
 

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
@@ -44,11 +46,11 @@ struct SetRule
     std::string_view key;
     bool (*take)(Settings& settings, const std::string& value); ///< false: the value was not taken
     unsigned chips = AnyChip;
-    std::string_view page = {}; ///< only in a query of this page; empty: in any other
+    std::string_view page = {}; ///< only in a query of this page; empty: in one of no page
 };
 
 /// What a query may open with, as "page=name".
-struct Page
+struct QueryPage
 {
     std::string_view name;
     unsigned chips = AnyChip;
@@ -61,20 +63,16 @@ struct Command
     bool (*run)(Settings& settings);
 };
 
-/// What follows the name of an action: "&key=value".
-struct Parameter
-{
-    std::string_view key;
-    std::string value;
-};
+/// What follows the name of an action: "key=value", decoded.
+using Parameters = std::map<std::string, std::string, std::less<>>;
 
 /// A request "path?action=name".
 struct Action
 {
     std::string_view path;
     std::string_view name;
-    /// Gives the lines of the reply's body.
-    std::vector<std::string> (*answer)(Settings& settings, std::span<const Parameter> parameters);
+    std::vector<std::string> (*answer)(Settings& settings,
+                                       const Parameters& parameters); ///< the body's lines
 };
 
 struct Area
@@ -83,7 +81,7 @@ struct Area
     std::span<const SetRule> setRules = {};
     std::span<const Command> commands = {};
     std::span<const Action> actions = {};
-    std::span<const Page> pages = {};
+    std::span<const QueryPage> pages = {};
 };
 
 /// A key as a template's argument: keepAs<"wifissid">.
@@ -105,7 +103,7 @@ bool keepAs(Settings& settings, const std::string& value)
     return settings.keep(Key.text, value);
 }
 
-inline constexpr std::string_view administration = "/cgi-bin/admin/admin.cgi";
+constexpr std::string_view adminPath = "/cgi-bin/admin/admin.cgi";
 
 /// The line "key = 'value';" of an administrative reply.
 inline std::string quoted(std::string_view key, std::string_view value)

@@ -19,10 +19,10 @@ constexpr std::array setRules{
     SetRule{.key = "bitrate", .take = keepAs<"audiobitrate">, .page = "audio"},
 };
 
-constexpr std::array pages{Page{"audio"}};
+constexpr std::array pages{QueryPage{"audio"}};
 
 // Codecs are numbered; what a codec can is told under its code, and bit rates under their sample rate alone.
-std::vector<std::string> tellOptions(Settings&, std::span<const Parameter>)
+std::vector<std::string> tellOptions(Settings&, const Parameters&)
 {
     return {
         quoted("audio_codec_0", "0"),
@@ -40,7 +40,7 @@ std::vector<std::string> tellOptions(Settings&, std::span<const Parameter>)
 }
 
 constexpr std::array actions{
-    Action{administration, "get.audio.options", tellOptions},
+    Action{adminPath, "get.audio.options", tellOptions},
 };
 
 } // namespace

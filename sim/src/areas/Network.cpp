@@ -145,7 +145,7 @@ constexpr std::array commands{
     Command{"testsmtp", sendTestMail},
 };
 
-std::vector<std::string> generalNetwork(Settings& camera, std::span<const Parameter>)
+std::vector<std::string> generalNetwork(Settings& camera, const Parameters&)
 {
     std::vector<std::string> lines{"OK"};
     for (const char* key : {"dhcpenable", "netip", "netmask", "gateway", "dnsip", "macaddress", "httpport"})

@@ -80,13 +80,13 @@ constexpr std::array setRules{
 };
 
 constexpr std::array pages{
-    Page{"eventstream", NotTi},
-    Page{"video.0", NotTi},
-    Page{"video.1", NotTi},
-    Page{"video.2", NotTi},
+    QueryPage{"eventstream", NotTi},
+    QueryPage{"video.0", NotTi},
+    QueryPage{"video.1", NotTi},
+    QueryPage{"video.2", NotTi},
 };
 
-std::vector<std::string> tellGeneral(Settings& camera, std::span<const Parameter>)
+std::vector<std::string> tellGeneral(Settings& camera, const Parameters&)
 {
     std::vector<std::string> lines;
     for (const char* key : {"system_deviceinformation_sensor", "media_profile_resolution_width[0]",
@@ -100,24 +100,22 @@ std::vector<std::string> tellGeneral(Settings& camera, std::span<const Parameter
 }
 
 // "media_profile_resolution_width_0" is read back as "media_profile_resolution_width[0]".
-std::vector<std::string> setGeneral(Settings& camera, std::span<const Parameter> parameters)
+std::vector<std::string> setGeneral(Settings& camera, const Parameters& parameters)
 {
     std::vector<std::string> lines;
-    for (const Parameter& parameter : parameters) {
-        const std::size_t mark = parameter.key.rfind('_');
-        if (!parameter.key.starts_with("media_profile_resolution_") || mark + 1 == parameter.key.size())
+    for (const auto& [name, value] : parameters) {
+        const std::size_t mark = name.rfind('_');
+        if (!name.starts_with("media_profile_resolution_"))
             continue;
-        const std::string key = std::string(parameter.key.substr(0, mark)) + "[" +
-                                std::string(parameter.key.substr(mark + 1)) + "]";
-        if (camera.keep(key, parameter.value))
-            lines.push_back("OK " + std::string(parameter.key));
+        if (camera.keep(name.substr(0, mark) + "[" + name.substr(mark + 1) + "]", value))
+            lines.push_back("OK " + name);
     }
     return lines;
 }
 
 constexpr std::array actions{
-    Action{administration, "get.video.general", tellGeneral},
-    Action{administration, "set.video.general", setGeneral},
+    Action{adminPath, "get.video.general", tellGeneral},
+    Action{adminPath, "set.video.general", setGeneral},
 };
 
 } // namespace

@@ -106,7 +106,7 @@ int Kx_Ipc_SetAudioConfig(long userId, const AudioInfo* info)
 std::int8_t Kx_Ipc_GetAudioOptions(long userId, AudioOptions* options)
 {
     CameraCall call(userId);
-    const auto reply = call.get<OptionsReply>("action=get.audio.options", Handler::Admin);
+    const auto reply = call.get<OptionsReply>("action=get.audio.options", Path::Admin);
     if (!reply.received())
         return -1;
     if (options != nullptr)

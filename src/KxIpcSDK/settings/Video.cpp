@@ -87,7 +87,7 @@ void readChip(const StreamsReply& reply, const char* sensor, VideoInfo& video)
 
 int readVideo(CameraCall& call, std::span<VideoInfo> videos)
 {
-    const auto general = call.get<GeneralReply>("action=get.video.general", Handler::Admin);
+    const auto general = call.get<GeneralReply>("action=get.video.general", Path::Admin);
     if (!general)
         return -1;
     char sensor[64] = {};
@@ -177,7 +177,7 @@ int setPlain(CameraCall& call, std::span<const VideoInfo> videos)
         addPlain(settings, video);
         addMissing(call, settings, videos, video);
     }
-    if (call.set(pictureSizes, Handler::Admin) != 0)
+    if (call.set(pictureSizes, Path::Admin) != 0)
         return -1;
     waitForEncoder(g_timing.newResolution);
     return call.set(settings);
@@ -190,7 +190,7 @@ bool sendPictureSize(CameraCall& call, const VideoInfo& video)
     Query query;
     query.add(setPictureSizes);
     addPictureSize(query, video);
-    return call.set(query, Handler::Admin) == 0;
+    return call.set(query, Path::Admin) == 0;
 }
 
 bool sendEventStream(CameraCall& call, const VideoInfo& video)
