@@ -15,17 +15,24 @@ struct Records
     FtpInfo ftp{};
     UpnpInfo upnp{};
     PortInfo ports{};
+
     DateTimeInfo clock{};
     SystemInfo system{};
-    char updateInfo[1024] = {};
+    char updateInfo[1024]{};
     int updateProgress = 0;
     uint32_t interfaces = 0;
     ModelGeneralInfo model{};
+
     UserAccountInfo account{"guest", "secret", 1};
     UserListEntry users[10]{};
     SqaInfo questions{};
     char challengeKey[2048]{};
     int challengeKeyId = 0;
+
+    VideoInfo video{};
+    AudioInfo audio{};
+    AudioOptions audioOptions{};
+    OsdInfo osd{};
 };
 
 struct NamedCall
@@ -34,88 +41,129 @@ struct NamedCall
     std::function<int(long userId, Records* records)> run; // a null pointer stands for the call's null record
     bool takesRecord = true;
     int failure = -1;
+    int unreached = failure;                   // the result when the checks pass and the request fails
     bool ignoresReply = false;                 // succeeds when the request went out and anything came back
     long errorWithoutReply = KX_ERROR_NETWORK; // when the camera closes the connection without a byte
     long errorWithoutOk = KX_ERROR_NONE;       // when something comes back, but not "OK"
-    int unreached = failure;                   // the result when the checks pass and the request fails
 };
 
-inline const std::vector<NamedCall> cameraCalls = {
-    {"GetNetwork", [](long id, Records* r) { return Kx_Ipc_GetNetwork(id, r ? &r->network : nullptr); }},
-    {"SetNetwork", [](long id, Records* r) { return Kx_Ipc_SetNetwork(id, r ? &r->network : nullptr); }, true,
-     -1, true},
-    {"GetWifiInfo", [](long id, Records* r) { return Kx_Ipc_GetWifiInfo(id, r ? &r->wifi : nullptr); }},
-    {"SetWifiInfo", [](long id, Records* r) { return Kx_Ipc_SetWifiInfo(id, r ? &r->wifi : nullptr); }, true,
-     -1, true},
-    {"GetDDNS", [](long id, Records* r) { return Kx_Ipc_GetDDNS(id, r ? &r->ddns : nullptr); }},
-    {"SetDDNS", [](long id, Records* r) { return Kx_Ipc_SetDDNS(id, r ? &r->ddns : nullptr); }},
-    {"GetSMTP", [](long id, Records* r) { return Kx_Ipc_GetSMTP(id, r ? &r->smtp : nullptr); }},
-    {"SetSMTP", [](long id, Records* r) { return Kx_Ipc_SetSMTP(id, r ? &r->smtp : nullptr); }},
-    {"TestSMTP", [](long id, Records*) { return Kx_Ipc_TestSMTP(id); }, false},
-    {"GetFTP", [](long id, Records* r) { return Kx_Ipc_GetFTP(id, r ? &r->ftp : nullptr); }},
-    {"SetFTP", [](long id, Records* r) { return Kx_Ipc_SetFTP(id, r ? &r->ftp : nullptr); }, true, -1, true},
-    {"IsUpnpEnable", [](long id, Records*) { return Kx_Ipc_IsUpnpEnable(id); }, false, 0},
-    {"SetUpnpEnable", [](long id, Records*) { return Kx_Ipc_SetUpnpEnable(id, 1); }, false, -1, true},
-    {"GetUpnpPortMapping",
-     [](long id, Records* r) { return Kx_Ipc_GetUpnpPortMapping(id, r ? &r->upnp : nullptr); }},
-    {"SetUpnpPortMapping",
-     [](long id, Records* r) { return Kx_Ipc_SetUpnpPortMapping(id, r ? &r->upnp : nullptr); }, true, -1,
-     true},
-    {"GetPortInfo", [](long id, Records* r) { return Kx_Ipc_GetPortInfo(id, r ? &r->ports : nullptr); }},
-    {"SetPortInfo", [](long id, Records* r) { return Kx_Ipc_SetPortInfo(id, r ? &r->ports : nullptr); }, true,
-     -1, true},
+/// A call with a record.
+template <typename Parameter, typename Record>
+NamedCall on(Record Records::*record, const char* name, int (*call)(long, Parameter*))
+{
+    return {name, [=](long id, Records* r) { return call(id, r != nullptr ? &(r->*record) : nullptr); }};
+}
 
-    {"GetSystemDate", [](long id, Records* r) { return Kx_Ipc_GetSystemDate(id, r ? &r->clock : nullptr); }},
-    {"SetSystemDate", [](long id, Records* r) { return Kx_Ipc_SetSystemDate(id, r ? &r->clock : nullptr); },
-     true, -1, true},
-    {"SetDeviceName", [](long id, Records*) { return Kx_Ipc_SetDeviceName(id, "name"); }, false, -1, true},
-    {"GetSystemInfo", [](long id, Records* r) { return Kx_Ipc_GetSystemInfo(id, r ? &r->system : nullptr); }},
-    {"RebootSystem", [](long id, Records*) { return Kx_Ipc_RebootSystem(id); }, false, -1, true},
-    {"RestoreSystem", [](long id, Records*) { return Kx_Ipc_RestoreSystem(id); }, false, -1, true},
-    {"ResetSystem", [](long id, Records*) { return Kx_Ipc_ResetSystem(id); }, false, -1, true},
-    {"ResetSystemOnlyKeepIp", [](long id, Records*) { return Kx_Ipc_ResetSystemOnlyKeepIp(id); }, false},
-    {"ResetSystemOnlyKeepUser", [](long id, Records*) { return Kx_Ipc_ResetSystemOnlyKeepUser(id); }, false},
+/// A call without one.
+inline NamedCall plain(const char* name, int (*call)(long))
+{
+    return {.name = name, .run = [=](long id, Records*) { return call(id); }, .takesRecord = false};
+}
+
+/// A call without a record that answers yes or no, and no when it fails.
+inline NamedCall question(const char* name, int (*call)(long))
+{
+    NamedCall row = plain(name, call);
+    row.failure = row.unreached = 0;
+    return row;
+}
+
+/// A set or a command that asks the camera nothing first.
+inline NamedCall blind(NamedCall call)
+{
+    call.ignoresReply = true;
+    return call;
+}
+
+inline const std::vector<NamedCall> cameraCalls = {
+    on(&Records::network, "GetNetwork", Kx_Ipc_GetNetwork),
+    blind(on(&Records::network, "SetNetwork", Kx_Ipc_SetNetwork)),
+    on(&Records::wifi, "GetWifiInfo", Kx_Ipc_GetWifiInfo),
+    blind(on(&Records::wifi, "SetWifiInfo", Kx_Ipc_SetWifiInfo)),
+    on(&Records::ddns, "GetDDNS", Kx_Ipc_GetDDNS),
+    on(&Records::ddns, "SetDDNS", Kx_Ipc_SetDDNS),
+    on(&Records::smtp, "GetSMTP", Kx_Ipc_GetSMTP),
+    on(&Records::smtp, "SetSMTP", Kx_Ipc_SetSMTP),
+    plain("TestSMTP", Kx_Ipc_TestSMTP),
+    on(&Records::ftp, "GetFTP", Kx_Ipc_GetFTP),
+    blind(on(&Records::ftp, "SetFTP", Kx_Ipc_SetFTP)),
+    question("IsUpnpEnable", Kx_Ipc_IsUpnpEnable),
+    blind({"SetUpnpEnable", [](long id, Records*) { return Kx_Ipc_SetUpnpEnable(id, 1); }, false}),
+    on(&Records::upnp, "GetUpnpPortMapping", Kx_Ipc_GetUpnpPortMapping),
+    blind(on(&Records::upnp, "SetUpnpPortMapping", Kx_Ipc_SetUpnpPortMapping)),
+    on(&Records::ports, "GetPortInfo", Kx_Ipc_GetPortInfo),
+    blind(on(&Records::ports, "SetPortInfo", Kx_Ipc_SetPortInfo)),
+
+    on(&Records::clock, "GetSystemDate", Kx_Ipc_GetSystemDate),
+    blind(on(&Records::clock, "SetSystemDate", Kx_Ipc_SetSystemDate)),
+    blind({"SetDeviceName", [](long id, Records*) { return Kx_Ipc_SetDeviceName(id, "name"); }, false}),
+    on(&Records::system, "GetSystemInfo", Kx_Ipc_GetSystemInfo),
+    blind(plain("RebootSystem", Kx_Ipc_RebootSystem)),
+    blind(plain("RestoreSystem", Kx_Ipc_RestoreSystem)),
+    blind(plain("ResetSystem", Kx_Ipc_ResetSystem)),
+    plain("ResetSystemOnlyKeepIp", Kx_Ipc_ResetSystemOnlyKeepIp),
+    plain("ResetSystemOnlyKeepUser", Kx_Ipc_ResetSystemOnlyKeepUser),
     {"GetUpdateInfo",
      [](long id, Records* r) {
          return Kx_Ipc_GetUpdateInfo(id, r ? r->updateInfo : nullptr, sizeof r->updateInfo);
      }},
     {"UpdateOnline", [](long id, Records* r) { return Kx_Ipc_UpdateOnline(id, r ? "text" : nullptr); }},
-    {"GetUpdateOnlineProgress",
-     [](long id, Records* r) {
-         return Kx_Ipc_GetUpdateOnlineProgress(id, r ? &r->updateProgress : nullptr);
-     }},
+    on(&Records::updateProgress, "GetUpdateOnlineProgress", Kx_Ipc_GetUpdateOnlineProgress),
 
-    {"GetAllChipInterface", [](long id, Records*) { return Kx_Ipc_GetAllChipInterface(id); }, false},
-    {"GetChipinterface",
-     [](long id, Records* r) { return Kx_Ipc_GetChipinterface(id, r ? &r->interfaces : nullptr); }},
-    {"HasSDInterface", [](long id, Records*) { return Kx_Ipc_HasSDInterface(id); }, false, 0},
-    {"HasAudioInterface", [](long id, Records*) { return Kx_Ipc_HasAudioInterface(id); }, false, 0},
-    {"HasAlarmInterface", [](long id, Records*) { return Kx_Ipc_HasAlarmInterface(id); }, false, 0},
-    {"HasBNCInterface", [](long id, Records*) { return Kx_Ipc_HasBNCInterface(id); }, false, 0},
-    {"HasPTZInterface", [](long id, Records*) { return Kx_Ipc_HasPTZInterface(id); }, false, 0},
-    {"HasNasInterface", [](long id, Records*) { return Kx_Ipc_HasNasInterface(id); }, false, 0},
-    {"HasSipPhoneInterface", [](long id, Records*) { return Kx_Ipc_HasSipPhoneInterface(id); }, false, 0},
-    {"IsMini", [](long id, Records*) { return Kx_Ipc_IsMini(id); }, false, 0},
-    {"IsCube", [](long id, Records*) { return Kx_Ipc_IsCube(id); }, false, 0},
-    {"HasHighFrameInterface", [](long id, Records*) { return KX_Ipc_HasHighFrameInterface(id); }, false, -1,
-     false, KX_ERROR_NETWORK, KX_ERROR_NONE, 0},
-    {"GetModelGeneral",
-     [](long id, Records* r) { return Kx_Ipc_GetModelGeneral(id, r ? &r->model : nullptr); }},
+    plain("GetAllChipInterface", Kx_Ipc_GetAllChipInterface),
+    on(&Records::interfaces, "GetChipinterface", Kx_Ipc_GetChipinterface),
+    question("HasSDInterface", Kx_Ipc_HasSDInterface),
+    question("HasAudioInterface", Kx_Ipc_HasAudioInterface),
+    question("HasAlarmInterface", Kx_Ipc_HasAlarmInterface),
+    question("HasBNCInterface", Kx_Ipc_HasBNCInterface),
+    question("HasPTZInterface", Kx_Ipc_HasPTZInterface),
+    question("HasNasInterface", Kx_Ipc_HasNasInterface),
+    question("HasSipPhoneInterface", Kx_Ipc_HasSipPhoneInterface),
+    question("IsMini", Kx_Ipc_IsMini),
+    question("IsCube", Kx_Ipc_IsCube),
+    {.name = "HasHighFrameInterface",
+     .run = [](long id, Records*) { return KX_Ipc_HasHighFrameInterface(id); },
+     .takesRecord = false,
+     .unreached = 0},
+    on(&Records::model, "GetModelGeneral", Kx_Ipc_GetModelGeneral),
+
     {"GetUserType", [](long id, Records* r) { return Kx_Ipc_GetUserType(id, r ? "guest" : nullptr); }},
-    {"AddUser", [](long id, Records* r) { return Kx_Ipc_AddUser(id, r ? &r->account : nullptr); }},
+    on(&Records::account, "AddUser", Kx_Ipc_AddUser),
     {"DeleteUser", [](long id, Records* r) { return Kx_Ipc_DeleteUser(id, r ? "guest" : nullptr); }},
     {"ModifyPassword",
      [](long id, Records* r) { return Kx_Ipc_ModifyPassword(id, "guest", r ? "new" : nullptr); }},
-    {"PasswordChallenge",
-     [](long id, Records* r) {
-         return Kx_Ipc_PasswordChallenge(id, "key", r ? r->challengeKey : nullptr,
-                                         r ? &r->challengeKeyId : nullptr);
-     },
-     true, -1, false, KX_ERROR_NONE, KX_ERROR_BUSY},
-    {"NewSetUser",
-     [](long id, Records* r) { return Kx_Ipc_NewSetUser(id, r ? "guest" : nullptr, "secret", 1, 0, -1); },
-     true, -1, false, KX_ERROR_NONE},
+    {.name = "PasswordChallenge",
+     .run =
+         [](long id, Records* r) {
+             return Kx_Ipc_PasswordChallenge(id, "key", r ? r->challengeKey : nullptr,
+                                             r ? &r->challengeKeyId : nullptr);
+         },
+     .errorWithoutReply = KX_ERROR_NONE,
+     .errorWithoutOk = KX_ERROR_BUSY},
+    {.name = "NewSetUser",
+     .run = [](long id,
+               Records* r) { return Kx_Ipc_NewSetUser(id, r ? "guest" : nullptr, "secret", 1, 0, -1); },
+     .errorWithoutReply = KX_ERROR_NONE},
     {"GetAllUser", [](long id, Records* r) { return Kx_Ipc_GetAllUser(id, r ? r->users : nullptr); }},
-    {"GetSQA", [](long id, Records* r) { return Kx_Ipc_GetSQA(id, r ? &r->questions : nullptr); }, true, -1,
-     true},
+    blind(on(&Records::questions, "GetSQA", Kx_Ipc_GetSQA)),
+
+    {"GetVideoConfig",
+     [](long id, Records* r) { return Kx_Ipc_GetVideoConfig(id, r ? &r->video : nullptr, 1); }},
+    {"SetVideoConfig",
+     [](long id, Records* r) { return Kx_Ipc_SetVideoConfig(id, r ? &r->video : nullptr, 1); }},
+    {"GetVideoConfig_ForOldVer",
+     [](long id, Records* r) { return Kx_Ipc_GetVideoConfig_ForOldVer(id, r ? &r->video : nullptr, 1); }},
+    {"SetVideoConfig_ForOldVer",
+     [](long id, Records* r) { return Kx_Ipc_SetVideoConfig_ForOldVer(id, r ? &r->video : nullptr, 1); }},
+    on(&Records::audio, "GetAudioConfig", Kx_Ipc_GetAudioConfig),
+    blind(on(&Records::audio, "SetAudioConfig", Kx_Ipc_SetAudioConfig)),
+    blind({"GetAudioOptions",
+           [](long id, Records* r) { return Kx_Ipc_GetAudioOptions(id, r ? &r->audioOptions : nullptr); },
+           false}),
+    on(&Records::osd, "GetOSD", Kx_Ipc_GetOSD),
+    on(&Records::osd, "SetOSD", Kx_Ipc_SetOSD),
+    {"GetOSD_ForOldVer",
+     [](long id, Records* r) { return Kx_Ipc_GetOSD_ForOldVer(id, r ? r->osd.streams : nullptr); }},
+    blind({"SetOSD_ForOldVer",
+           [](long id, Records* r) { return Kx_Ipc_SetOSD_ForOldVer(id, r ? r->osd.streams : nullptr); }}),
 };

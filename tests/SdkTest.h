@@ -26,7 +26,18 @@ inline Timing shortTiming()
             .stalledReply = 60ms,
             .retry = 10us,
             .streamWorker = 1ms,
-            .decodersOff = 1ms};
+            .decodersOff = 1ms,
+            .newResolution = 0ms,
+            .newEncoding = 0ms,
+            .newThirdEncoding = 0ms,
+            .oldFirmwareEncoding = 0ms};
+}
+
+/// The real time limits, without the pauses that a camera gets to restart its encoder.
+inline Timing timingWithoutPauses()
+{
+    using namespace std::chrono_literals;
+    return {.newResolution = 0ms, .newEncoding = 0ms, .newThirdEncoding = 0ms, .oldFirmwareEncoding = 0ms};
 }
 
 /// Writes a text into a record's field.
@@ -37,13 +48,14 @@ void put(char (&field)[Size], const std::string& text)
     text.copy(field, Size - 1);
 }
 
-/// An initialised SDK, ended after the test. Time limits are the real ones unless a test shortens them.
+/// An initialised SDK, ended after the test. Time limits are the real ones unless a test shortens them; pauses there
+/// are none.
 class SdkTest : public testing::Test
 {
 protected:
     void SetUp() override
     {
-        g_timing = {};
+        g_timing = timingWithoutPauses();
         g_nLastError = KX_ERROR_NONE;
         ASSERT_EQ(Kx_Sdk_Init(), 0);
     }

@@ -45,6 +45,20 @@ TEST_F(CameraCalls, FailedOrEmptyRepliesLeaveTheRecordAlone)
     }
 }
 
+TEST(QuotedReplyLine, EndsAtTheLastQuoteBeforeTheSemicolon)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"a = '640';b = '1';", "640"}, {"a = '640", "640"},    {"a = '-3' ;", "-3"},
+        {"a = 'it's';", "it's"},       {"a = '';", ""},        {"a = 'long text';", "long te"},
+        {"a='640';", "before"},        {"a = 640;", "before"},
+    };
+    for (const auto& [lines, value] : cases) {
+        char field[8] = "before";
+        EXPECT_EQ(QuotedStyle::find(lines, "a", field, sizeof field), std::strcmp(value, "before") != 0);
+        EXPECT_STREQ(field, value) << lines;
+    }
+}
+
 TEST(QueryText, IsCutAtItsBound)
 {
     Query query;

@@ -10,7 +10,7 @@ missing() {
 }
 # Every call for a camera stands in the table that is run against faults, but for these, which ask no camera.
 for call in $(grep -i '^Kx_Ipc_' tests/exported_symbols.txt | grep -vE 'Kx_Ipc_(Login|Logout|SearchWifiList)$'); do
-    grep -q "\b$call(" tests/CameraCalls.h || missing "tests/CameraCalls.h lacks $call"
+    grep -q "\b$call\b" tests/CameraCalls.h || missing "tests/CameraCalls.h lacks $call"
 done
 for record in $(sed -n 's/^typedef struct \([A-Za-z]*\)$/\1/p' include/KxIpcSDK/*.h); do
     grep -q "^RECORD($record," src/KxIpcSDK/RecordLayout.cpp || missing "RecordLayout.cpp lacks $record"

@@ -32,7 +32,7 @@ protected:
         camera.setFault(fault);
         const bool silent = fault.kind == Kind::Unreachable || fault.kind == Kind::SilentBefore ||
                             fault.kind == Kind::SilentAfter;
-        g_timing = {};
+        g_timing = timingWithoutPauses();
         if (silent)
             g_timing.probe = g_timing.firstReply = g_timing.accountConnect = g_timing.accountReply =
                 std::chrono::milliseconds(10);

@@ -57,11 +57,11 @@ tell() {
     cat <&9 >/dev/null
     exec 9>&-
 }
-# Whether the output is what kxcam calls JSON: one object of texts, numbers, truths and nulls.
+# Whether the output is what kxcam calls JSON: one object of texts, numbers, truths and nulls, or of such objects.
 is_json() {
-    local value='("([^"\\[:cntrl:]]|\\["\\bfnrt]|\\u[0-9a-f]{4})*"|-?[0-9]+|true|false|null)' object
-    object=$(tr -d '\n' <"$scratch/out")
-    [[ $object =~ ^\{("  \""[a-z0-9_]+\":\ $value,)*"  \""[a-z0-9_]+\":\ $value\}$ ]]
+    local value='("([^"\\[:cntrl:]]|\\["\\bfnrt]|\\u[0-9a-f]{4})*"|-?[0-9]+|true|false|null)' key='"[a-z0-9_]+": '
+    local flat="\{( +$key$value,)* +$key$value *\}"
+    [[ $(tr -d '\n' <"$scratch/out") =~ ^($flat|\{("  "$key($flat|null),)*"  "$key($flat|null)\})$ ]]
 }
 # piped LINE PORT ARGUMENTS...: kxcam with a line to read
 piped() { printf '%s\n' "$1" | kxcam "${@:2}"; }
@@ -93,6 +93,7 @@ ftp ftpip ftp.example.org
 upnp upnpname cam
 upnp scanupnp 0
 ports onvifport 9000 subrtspport=555
+audio alarmlevel 40
 END
 expect 5 'did not keep the new ddnsdomain: given www.x.org, it has \(empty\)' \
     kxcam "$page" set ddns ddnsdomain=www.x.org
@@ -111,7 +112,7 @@ expect_unsent 2 "'month' takes 1 to 12, not 0" kxcam "$ti" set clock month=0
 # What the camera is and can do.
 expect 0 'productmodel KX-C200T .* capabilities memory card, audio, alarm ports, analogue video output $' \
     kxcam "$ti" info
-expect 0 '"cputype": "Hi3516", .* "capabilities": \[ "memorycard", "audio", "alarm", "ptz", "sipphone" \] \}' \
+expect 0 '"cputype": "hi3516a", .* "capabilities": \[ "memorycard", "audio", "alarm", "ptz", "sipphone" \] \}' \
     kxcam "$page" info --json
 expect 0 'bnc yes .* sipphone no .* system_ptz_motion_max_zoom_times \(not told\) ' kxcam "$ti" capabilities
 expect 0 '"bnc": false, .*"system_vca_type": 1,' kxcam "$page" capabilities --json
@@ -148,6 +149,33 @@ for keep in ip user all-defaults; do
 done
 expect_unsent 2 '--keep is required' kxcam "$ti" reset --yes
 expect_unsent 2 'all not in' kxcam "$ti" reset --keep all --yes
+
+# Areas of streams: all at once, or one.
+for area in video osd; do
+    expect 0 '^main stream [^ ]+ [^ ]+ .* sub stream [^ ]+ [^ ]+ .* third stream [^ ]+ [^ ]+ ' kxcam "$page" get $area
+    expect 0 '"main": \{.*\}, "sub": \{.*\}, "third": \{' kxcam "$page" get $area --json
+    is_json || fail 'is not JSON'
+    expect 0 '"main": \{.*"third": null \}' kxcam "$ti" get $area --json
+    is_json || fail 'is not JSON'
+    expect 1 'the answer holds none of its settings' kxcam "$ti" get $area --stream third
+    expect_unsent 2 'Give one with --stream: main, sub, third' kxcam "$ti" set $area width=1
+    expect_unsent 2 "no stream 'fourth'\. Streams: main, sub, third" kxcam "$ti" set $area --stream fourth width=1
+    expect_unsent 0 'Keys of .* main: .* Keys of .* sub: .* Keys of .* third: ' kxcam "$ti" set $area
+done
+expect_unsent 2 'ftp has no streams' kxcam "$ti" set ftp --stream main ftpip=x
+expect 0 'third stream: \(not told\)' kxcam "$ti" get video
+expect_unsent 2 "'framerate' takes 1 to 30, not 31" kxcam "$ti" set video --stream third framerate=31
+waiting='waiting: the camera restarts its encoder'
+expect 0 "^framerate 25 -> 12 kxcam: $waiting" kxcam "$ti" set video --stream main framerate=12
+expect 5 "^framerate 10 -> 12 jpegquality 50 .as before. smartlevel 5 -> 6 kxcam: $waiting.*jpegquality" \
+    kxcam "$page" set video --stream third framerate=12 smartlevel=6 jpegquality=9
+! grep -q -e page=video.0 -e page=video.1 "$scratch/page" || fail 'wrote to other streams'
+caption='R&D = 100%41 /"é'
+expect 0 'overlaytext .* -> R&D = 100%41 /"é $' kxcam "$page" set osd --stream sub "overlaytext=$caption"
+expect 0 'main stream .*overlaytext main stream .*sub stream .*overlaytext R&D = 100%41 /"é ' kxcam "$page" get osd
+expect 5 'did not keep the new osdfontsize: .*not told' kxcam "$ti" set osd --stream main osdfontsize=3
+expect 5 'audioagc .* hasaudioout=1 only' kxcam "$page" set audio audioagc=1
+expect 0 'audioagc 0 -> 1 hasaudioout 1 \(sent\) $' kxcam "$page" set audio audioagc=1 hasaudioout=1
 
 # Secrets, and texts made to do harm.
 expect 0 'ftppassword \*{8} ' kxcam "$ti" get ftp
@@ -224,7 +252,7 @@ while read -r name status options; do
     expect "$status" 'failed: .* (Check|Log in as)' kxcam "${!name}" set ftp ftpip=x
     expect "$status" 'failed: ' kxcam "${!name}" set upnp "${everything[@]}"
     expect "$status" 'failed: ' kxcam "${!name}" get upnp
-    for verb in info capabilities 'update check' 'reset --keep ip --yes'; do # one restarts even as it fails
+    for verb in info capabilities 'update check' 'get video' 'reset --keep ip --yes'; do # one restarts even as it fails
         # shellcheck disable=SC2086
         expect "$status" 'failed: ' kxcam "${!name}" $verb
     done

@@ -45,7 +45,7 @@ TEST_F(SystemSettings, IdentityAndFeaturesComeFromTwoRequests)
     EXPECT_STREQ(info.softversion, "2.0.4");
     EXPECT_STREQ(info.deviceversion, "1.2");
     EXPECT_STREQ(info.sdkversion, "3.1");
-    EXPECT_STREQ(info.cputype, "Hi3516");
+    EXPECT_STREQ(info.cputype, "hi3516a");
     EXPECT_EQ(info.system_audio_support, 1);
     EXPECT_EQ(info.system_audio_support_mode, 2);
     EXPECT_EQ(info.system_lpr_support, 1);

@@ -14,6 +14,21 @@ void Record::setValue(const Field& field, const Value& value)
         field.write(data(), field.kind == Kind::Text ? Value(std::string()) : Value(0));
 }
 
+namespace
+{
+
+std::string acceptedNumbers(const Field& field)
+{
+    if (field.lowest == std::numeric_limits<int>::min())
+        return "number";
+    const std::string lowest = std::to_string(field.lowest);
+    if (field.highest == std::numeric_limits<int>::max())
+        return "number from " + lowest;
+    return lowest + " to " + std::to_string(field.highest);
+}
+
+} // namespace
+
 std::string masked(const std::string& secret)
 {
     return secret.empty() ? "" : "********";
@@ -34,8 +49,7 @@ std::string displayed(const Field& field, const Value& value, bool showSecrets)
 std::string accepted(const Field& field)
 {
     std::string text = field.kind == Kind::Text ? "text, at most " + std::to_string(field.size - 1) + " bytes"
-                       : field.lowest == 0      ? "0 to " + std::to_string(field.highest)
-                                                : "number";
+                                                : acceptedNumbers(field);
     if (field.secret)
         text += ", secret";
     if (field.access == Access::MustGive)

@@ -1,11 +1,13 @@
 // What kxcam knows of a settings area: a table of fields. Getting, setting, JSON and the help of keys walk
-// that table, so a new area is a file with a table in areas/ and its name in areas/Areas.cpp.
+// that table, so a new area is a file with a table in areas/ and its name in areas/Areas.cpp. An area that a
+// camera has once a video stream is made of an area a stream.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -55,6 +57,8 @@ struct Field
     bool secret = false;
     bool zeroWhenUntold = false; // a camera that does not tell it means 0
     bool running = false;        // goes on by itself, as a clock does
+    bool someModels = false;     // a camera that does not tell it does not have it, nor mind what a set sends
+    bool encoded = false;        // the SDK sends it so that any text arrives
     int lowest = std::numeric_limits<int>::min();
     int highest = std::numeric_limits<int>::max();
 
@@ -71,6 +75,16 @@ struct Quirks
     std::string (*moved)(const void* before, const void* wanted, const Target& target) = nullptr;
     /// Whether the running fields of a record are those that were written, gone on since.
     bool (*wentOn)(const void* written, const void* after) = nullptr;
+    /// Why a set takes long, and how long.
+    std::string_view whySlow = {};
+};
+
+struct Area;
+
+struct Stream
+{
+    std::string_view name;
+    const Area* area;
 };
 
 struct Area
@@ -82,6 +96,7 @@ struct Area
     int (*get)(long userId, void* record);
     int (*set)(long userId, void* record);
     Quirks quirks = {};
+    std::span<const Stream> streams = {}; // whose areas hold the settings; empty: this one does
 };
 
 /// A record of an area, as the SDK takes it. All is 0 and untold at first.
@@ -107,6 +122,13 @@ private:
     const Area* area_;
     std::vector<std::byte> bytes_;
     std::vector<bool> told_;
+};
+
+/// What a camera tells of a stream; nothing when it does not have it.
+struct StreamRecord
+{
+    const Stream* stream;
+    std::optional<Record> record;
 };
 
 /// What stands for a secret that is not to be shown; an empty one is no secret.
@@ -158,11 +180,16 @@ constexpr Field field(std::string_view key, std::string_view help)
     return made;
 }
 
+constexpr Field ranged(Field field, int lowest, int highest = std::numeric_limits<int>::max())
+{
+    field.lowest = lowest;
+    field.highest = highest;
+    return field;
+}
+
 constexpr Field port(Field field)
 {
-    field.lowest = 0;
-    field.highest = 65535;
-    return field;
+    return ranged(field, 0, 65535);
 }
 
 constexpr Field readOnly(Field field)
@@ -201,6 +228,18 @@ constexpr Field zeroWhenUntold(Field field)
     return field;
 }
 
+constexpr Field onSomeModels(Field field)
+{
+    field.someModels = true;
+    return field;
+}
+
+constexpr Field encoded(Field field)
+{
+    field.encoded = true;
+    return field;
+}
+
 template <typename RecordType>
 RecordType recordOf(int (*)(long, RecordType*));
 
@@ -213,6 +252,12 @@ constexpr Area makeArea(std::string_view name, std::string_view help, std::span<
     const auto get = [](long userId, void* record) { return Get(userId, static_cast<RecordType*>(record)); };
     const auto set = [](long userId, void* record) { return Set(userId, static_cast<RecordType*>(record)); };
     return {name, help, fields, sizeof(RecordType), get, set, quirks};
+}
+
+/// An area made of an area a stream.
+constexpr Area makeArea(std::string_view name, std::string_view help, std::span<const Stream> streams)
+{
+    return {name, help, {}, 0, nullptr, nullptr, {}, streams};
 }
 
 } // namespace kxcam

@@ -49,7 +49,7 @@ std::string parseText(const Field& field, std::string text)
     if (text.size() >= field.size)
         throw wrong("the value of '" + key + "' has " + std::to_string(text.size()) +
                     " bytes; the field holds " + std::to_string(field.size - 1));
-    if (const auto why = obstacle(text))
+    if (const auto why = obstacle(text, field.encoded))
         throw wrong("the value of '" + key + "' " + *why);
     return text;
 }
@@ -76,7 +76,7 @@ std::size_t lengthOfSet(const Area& area, const Record& record)
     for (const Field& field : area.fields) {
         const Value value = field.isWritten() ? record.value(field) : Value();
         if (const auto* text = std::get_if<std::string>(&value))
-            length += field.key.size() + text->size() + 2;
+            length += field.key.size() + text->size() * (field.encoded ? 3 : 1) + 2;
         else if (const auto* number = std::get_if<int>(&value))
             length += field.key.size() + std::to_string(*number).size() + 2;
     }
@@ -119,7 +119,8 @@ void requireTold(const Area& area, const Record& record)
 {
     std::string missing;
     for (const Field& field : area.fields)
-        if (field.isWritten() && field.access != Access::WriteOnly && !isTold(record.value(field)))
+        if (field.isWritten() && field.access != Access::WriteOnly && !field.someModels &&
+            !isTold(record.value(field)))
             missing.append(" ").append(field.key).append("=…");
     if (!missing.empty())
         throw Failure(ExitCode::Refused,
@@ -135,7 +136,7 @@ void requireCarriable(const Area& area, const Record& record)
             continue;
         const Value value = record.value(field);
         const auto* text = std::get_if<std::string>(&value);
-        if (const auto why = text != nullptr ? obstacle(*text) : std::nullopt)
+        if (const auto why = text != nullptr ? obstacle(*text, field.encoded) : std::nullopt)
             throw wrong("the camera's present value of '" + std::string(field.key) + "' " + *why +
                         ", and a set writes it back; give " + std::string(field.key) + "=… too");
     }

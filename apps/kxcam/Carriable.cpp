@@ -15,9 +15,8 @@ bool isEncoded(const std::string& text, std::size_t at)
     return text[at] == '%' && at + 2 < text.size() && isHex(text[at + 1]) && isHex(text[at + 2]);
 }
 
-} // namespace
-
-std::optional<std::string> obstacle(const std::string& text)
+/// Why a camera would not take a text as it stands.
+std::optional<std::string> misreading(const std::string& text)
 {
     if (text.find('&') != std::string::npos)
         return "contains '&', which separates settings in the camera's language";
@@ -25,6 +24,15 @@ std::optional<std::string> obstacle(const std::string& text)
         if (isEncoded(text, at))
             return "contains '%' and two hexadecimal digits, which the camera takes for one encoded "
                    "character";
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<std::string> obstacle(const std::string& text, bool encoded)
+{
+    if (auto why = encoded ? std::nullopt : misreading(text))
+        return why;
     const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
     if (std::any_of(text.begin(), text.end(), isControl))
         return "contains a line break or another control character";

@@ -7,7 +7,9 @@ namespace kxcam
 namespace
 {
 
-nlohmann::ordered_json jsonOf(const Field& field, const Value& value, bool showSecrets)
+using Json = nlohmann::ordered_json;
+
+Json jsonOf(const Field& field, const Value& value, bool showSecrets)
 {
     if (!isTold(value))
         return nullptr;
@@ -19,24 +21,33 @@ nlohmann::ordered_json jsonOf(const Field& field, const Value& value, bool showS
 
 } // namespace
 
-nlohmann::ordered_json toJson(const Area& area, const Record& record, bool showSecrets)
+Json toJson(const Area& area, const Record& record, bool showSecrets)
 {
-    nlohmann::ordered_json object = nlohmann::ordered_json::object();
+    Json object = Json::object();
     for (const Field& field : area.fields)
         if (field.isRead())
             object[std::string(field.key)] = jsonOf(field, record.value(field), showSecrets);
     return object;
 }
 
-void printJson(const nlohmann::ordered_json& object, Console& console)
+void printJson(const Json& object, Console& console)
 {
     // A camera's text need not be UTF-8; JSON must be.
-    console.print(object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+    console.print(object.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
 }
 
 void printJson(const Area& area, const Record& record, bool showSecrets, Console& console)
 {
     printJson(toJson(area, record, showSecrets), console);
+}
+
+void printJson(const std::vector<StreamRecord>& streams, bool showSecrets, Console& console)
+{
+    Json object = Json::object();
+    for (const auto& [stream, record] : streams)
+        object[std::string(stream->name)] =
+            record ? toJson(*stream->area, *record, showSecrets) : Json(nullptr);
+    printJson(object, console);
 }
 
 } // namespace kxcam

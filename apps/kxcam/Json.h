@@ -1,6 +1,8 @@
 // Settings as JSON, for programs.
 #pragma once
 
+#include <vector>
+
 #include "Area.h"
 #include "Console.h"
 
@@ -14,5 +16,8 @@ nlohmann::ordered_json toJson(const Area& area, const Record& record, bool showS
 
 void printJson(const nlohmann::ordered_json& object, Console& console);
 void printJson(const Area& area, const Record& record, bool showSecrets, Console& console);
+
+/// Prints an object of such objects by stream; a stream that the camera does not have is null.
+void printJson(const std::vector<StreamRecord>& streams, bool showSecrets, Console& console);
 
 } // namespace kxcam

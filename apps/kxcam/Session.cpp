@@ -1,5 +1,6 @@
 #include "Session.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <KxIpcSDK/KxIpcSDK.h>
@@ -36,6 +37,13 @@ std::string passwordFor(const Target& target)
 std::string doingWith(const char* what, const Area& area, const Target& target)
 {
     return std::string(what) + " " + std::string(area.name) + " of " + target.address();
+}
+
+Failure nothingTold(const Area& area, const Target& target)
+{
+    return {ExitCode::Refused, doingWith("reading", area, target) +
+                                   " failed: the answer holds none of its settings. Check that --host and "
+                                   "--port are those of a camera, and that its model has this function."};
 }
 
 } // namespace
@@ -92,15 +100,27 @@ void Session::get(const Area& area, Record& record)
         throw sdkFailure(doingWith("reading", area, target_));
 }
 
+std::optional<Record> Session::tryRead(const Area& area)
+{
+    return readTold(area, [&](Record& asked) { get(area, asked); });
+}
+
 Record Session::read(const Area& area)
 {
-    const auto record = readTold(area, [&](Record& asked) { get(area, asked); });
+    const auto record = tryRead(area);
     if (!record)
-        throw Failure(ExitCode::Refused,
-                      doingWith("reading", area, target_) +
-                          " failed: the answer holds none of its settings. Check that --host and "
-                          "--port are those of a camera, and that its model has this function.");
+        throw nothingTold(area, target_);
     return *record;
+}
+
+std::vector<StreamRecord> Session::readStreams(const Area& area)
+{
+    std::vector<StreamRecord> streams;
+    for (const Stream& stream : area.streams)
+        streams.push_back({&stream, tryRead(*stream.area)});
+    if (std::none_of(streams.begin(), streams.end(), [](const StreamRecord& one) { return one.record; }))
+        throw nothingTold(area, target_);
+    return streams;
 }
 
 void Session::write(const Area& area, Record record)

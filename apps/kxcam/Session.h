@@ -1,7 +1,9 @@
 // The SDK's life and a logged-in camera.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "Area.h"
 
@@ -52,11 +54,14 @@ public:
     /// Reads an area, and finds out what of it the camera did not tell. Logs in again where a set of the
     /// network area has ended the session.
     Record read(const Area& area);
+    /// Reads an area that is made of streams.
+    std::vector<StreamRecord> readStreams(const Area& area);
     void write(const Area& area, Record record);
 
 private:
     void login();
     void get(const Area& area, Record& record);
+    std::optional<Record> tryRead(const Area& area);
 
     Target target_;
     std::string password_; // before the SDK, whose threads would take a Ctrl-C away from the prompt

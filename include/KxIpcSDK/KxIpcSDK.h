@@ -20,12 +20,15 @@
 #ifndef KXIPCSDK_KXIPCSDK_H
 #define KXIPCSDK_KXIPCSDK_H
 
+#include <KxIpcSDK/KxAudio.h>
 #include <KxIpcSDK/KxCapabilities.h>
 #include <KxIpcSDK/KxNetwork.h>
+#include <KxIpcSDK/KxOsd.h>
 #include <KxIpcSDK/KxSdk.h>
 #include <KxIpcSDK/KxSdkLog.h>
 #include <KxIpcSDK/KxSearch.h>
 #include <KxIpcSDK/KxSystem.h>
 #include <KxIpcSDK/KxUsers.h>
+#include <KxIpcSDK/KxVideo.h>
 
 #endif

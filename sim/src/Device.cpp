@@ -6,6 +6,8 @@
 //   language=ie    opens most queries and means nothing
 // A piece that the camera does not understand gets no line, and the others are answered all the same.
 // What a piece has proven ("checkadminPwd") holds for the rest of the query.
+// A query that opens with "page=NAME" is for settings of that page, where a key may mean something else than elsewhere.
+// A camera that lacks the page understands nothing of the query.
 // A query that opens with "action=NAME" is no settings query but has parameters of the action's own, and so has the
 // query of a path that is not the settings'.
 #include "Device.h"
@@ -93,8 +95,8 @@ Device::Answer notFound()
 
 Device::Device(const CameraOptions& options) : lineEnd_(options.lineEnd), chip_(chipOf(options.model))
 {
-    for (const Area* area :
-         {&systemArea, &usersArea, &clockArea, &updateArea, &capabilitiesArea, &networkArea})
+    for (const Area* area : {&systemArea, &usersArea, &clockArea, &updateArea, &capabilitiesArea,
+                             &networkArea, &videoArea, &audioArea, &osdArea})
         add(*area);
     settings_.put("productmodel", options.model);
     setOwnUser(settings_, options.user, options.password);
@@ -123,7 +125,10 @@ void Device::add(const Area& area)
     }
     for (const SetRule& rule : area.setRules)
         if (rule.chips & chip_)
-            setRules_.emplace(rule.key, &rule);
+            setRules_.emplace(std::pair(rule.page, rule.key), &rule);
+    for (const Page& page : area.pages)
+        if (page.chips & chip_)
+            pages_.insert(page.name);
     for (const Command& command : area.commands)
         commands_.emplace(command.word, &command);
     for (const Inquiry& inquiry : area.inquiries)
@@ -158,15 +163,22 @@ std::string Device::perform(const Action& action, const Parameters& parameters)
 
 Device::Answer Device::answerSettings(std::string_view query)
 {
+    constexpr std::string_view opening = "page=";
+    std::string_view page;
+    if (query.starts_with(opening)) {
+        page = query.substr(opening.size(), query.find('&') - opening.size());
+        if (!pages_.contains(page))
+            return {};
+    }
     std::vector<std::string> lines;
     for (std::string_view piece : piecesOf(query))
-        if (auto line = answerPiece(piece))
+        if (auto line = answerPiece(page, piece))
             lines.push_back(std::move(*line));
     forgetProof(settings_);
     return {200, joined(lines, lineEnd_)};
 }
 
-std::optional<std::string> Device::answerPiece(std::string_view piece)
+std::optional<std::string> Device::answerPiece(std::string_view page, std::string_view piece)
 {
     const auto [name, value] = splitAt(piece, '=');
     const std::string_view key = withoutTabs(name);
@@ -176,7 +188,7 @@ std::optional<std::string> Device::answerPiece(std::string_view piece)
         return run(key);
     if (key == "paratest")
         return get(withoutTabs(value));
-    return set(key, value);
+    return set(page, key, value);
 }
 
 std::optional<std::string> Device::get(std::string_view key) const
@@ -187,16 +199,16 @@ std::optional<std::string> Device::get(std::string_view key) const
     return "OK " + std::string(key) + "=" + *value;
 }
 
-std::optional<std::string> Device::set(std::string_view key, std::string_view value)
+std::optional<std::string> Device::set(std::string_view page, std::string_view key, std::string_view value)
 {
-    if (!take(key, percentDecoded(value)))
+    if (!take(page, key, percentDecoded(value)))
         return std::nullopt;
     return "OK " + std::string(key);
 }
 
-bool Device::take(std::string_view key, const std::string& value)
+bool Device::take(std::string_view page, std::string_view key, const std::string& value)
 {
-    if (const auto rule = setRules_.find(key); rule != setRules_.end())
+    if (const auto rule = setRules_.find({page, key}); rule != setRules_.end())
         return rule->second->take(settings_, value);
     return !readOnly_.contains(key) && settings_.keep(key, value);
 }

@@ -44,14 +44,14 @@ private:
     Answer answerSettings(std::string_view query);
 
     // Each gives the line that answers a piece of a settings query, or nothing when the camera has no answer.
-    std::optional<std::string> answerPiece(std::string_view piece);
+    std::optional<std::string> answerPiece(std::string_view page, std::string_view piece);
     std::optional<std::string> get(std::string_view key) const;
-    std::optional<std::string> set(std::string_view key, std::string_view value);
+    std::optional<std::string> set(std::string_view page, std::string_view key, std::string_view value);
     std::optional<std::string> run(std::string_view word);
 
     void apply(Effect effect);
     void reset(Keep keep);
-    bool take(std::string_view key, const std::string& value);
+    bool take(std::string_view page, std::string_view key, const std::string& value);
 
     std::string lineEnd_;
     Chip chip_;
@@ -61,7 +61,8 @@ private:
     std::map<std::string_view, Keep> keptWith_;
     std::set<std::string_view> readOnly_;
     std::set<std::string_view> hidden_;
-    std::map<std::string_view, const SetRule*> setRules_;
+    std::map<std::pair<std::string_view, std::string_view>, const SetRule*> setRules_; ///< by page and key
+    std::set<std::string_view> pages_;
     std::map<std::string_view, const Command*> commands_;
     std::map<std::string_view, const Inquiry*> inquiries_;
     std::vector<const Action*> actions_;

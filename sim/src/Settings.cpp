@@ -3,6 +3,16 @@
 namespace kxsim
 {
 
+std::string plain(std::string_view key, std::string_view value)
+{
+    return std::string(key).append("=").append(value);
+}
+
+std::string quoted(std::string_view key, std::string_view value)
+{
+    return std::string(key).append(" = '").append(value).append("';");
+}
+
 std::optional<std::string> Settings::find(std::string_view key) const
 {
     const auto found = values_.find(key);
@@ -32,12 +42,12 @@ bool Settings::keep(std::string_view key, std::string_view value)
     return true;
 }
 
-std::vector<std::string> Settings::lines(std::span<const std::string_view> keys) const
+std::vector<std::string> Settings::lines(std::span<const std::string_view> keys, LineStyle line) const
 {
     std::vector<std::string> lines;
     for (const std::string_view key : keys)
         if (const auto value = find(key))
-            lines.push_back(std::string(key) + "=" + *value);
+            lines.push_back(line(key, *value));
     return lines;
 }
 

@@ -12,6 +12,12 @@
 namespace kxsim
 {
 
+/// What a reply says of a setting.
+using LineStyle = std::string (*)(std::string_view key, std::string_view value);
+
+std::string plain(std::string_view key, std::string_view value);  ///< "key=value"
+std::string quoted(std::string_view key, std::string_view value); ///< "key = 'value';"
+
 class Settings
 {
 public:
@@ -26,8 +32,8 @@ public:
     /// Changes the value of a key that the camera has; false when it lacks the key.
     bool keep(std::string_view key, std::string_view value);
 
-    /// "key=value", a line for each of these keys that the camera has.
-    std::vector<std::string> lines(std::span<const std::string_view> keys) const;
+    /// A line of a reply for each of these keys that the camera has.
+    std::vector<std::string> lines(std::span<const std::string_view> keys, LineStyle line = plain) const;
 
 private:
     std::map<std::string, std::string, std::less<>> values_;

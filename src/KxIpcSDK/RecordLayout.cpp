@@ -2,11 +2,14 @@
 #include <cstddef>
 #include <type_traits>
 
+#include <KxIpcSDK/KxAudio.h>
 #include <KxIpcSDK/KxCapabilities.h>
 #include <KxIpcSDK/KxNetwork.h>
+#include <KxIpcSDK/KxOsd.h>
 #include <KxIpcSDK/KxSearch.h>
 #include <KxIpcSDK/KxSystem.h>
 #include <KxIpcSDK/KxUsers.h>
+#include <KxIpcSDK/KxVideo.h>
 
 #define RECORD(record, size)                                                                                 \
     static_assert(std::is_standard_layout_v<record> && std::is_trivially_copyable_v<record>);                \
@@ -115,6 +118,7 @@ FIELD(SqaInfo, sqa_type_1, 264, 4);
 FIELD(SqaInfo, sqa_question_1, 268, 256);
 FIELD(SqaInfo, sqa_type_2, 524, 4);
 FIELD(SqaInfo, sqa_question_2, 528, 256);
+
 RECORD(DateTimeInfo, 240);
 FIELD(DateTimeInfo, system_datetime_datetimetype, 0, 1);
 FIELD(DateTimeInfo, date, 1, 16);
@@ -162,3 +166,70 @@ FIELD(SearchDeviceInfo, port, 64, 4);
 FIELD(SearchDeviceInfo, reserved, 68, 64);
 FIELD(SearchDeviceInfo, name, 132, 128);
 FIELD(SearchDeviceInfo, model, 260, 32);
+
+RECORD(VideoInfo, 88);
+FIELD(VideoInfo, reserved, 0, 1);
+FIELD(VideoInfo, stream, 1, 1);
+FIELD(VideoInfo, enablesubstream, 2, 1);
+FIELD(VideoInfo, enablethirdstream, 3, 1);
+FIELD(VideoInfo, codec, 4, 1);
+FIELD(VideoInfo, codecres, 8, 4);
+FIELD(VideoInfo, framerate, 12, 4);
+FIELD(VideoInfo, bitrate, 16, 4);
+FIELD(VideoInfo, ratecontrol, 20, 1);
+FIELD(VideoInfo, profile, 24, 4);
+FIELD(VideoInfo, ipratio, 28, 4);
+FIELD(VideoInfo, rtspport, 32, 4);
+FIELD(VideoInfo, width, 36, 4);
+FIELD(VideoInfo, height, 40, 4);
+FIELD(VideoInfo, reserved2, 44, 4);
+FIELD(VideoInfo, jpegquality, 48, 4);
+FIELD(VideoInfo, smartstream, 52, 4);
+FIELD(VideoInfo, smartlevel, 56, 4);
+FIELD(VideoInfo, limited3516a, 60, 4);
+FIELD(VideoInfo, imx274on3516av200, 64, 4);
+FIELD(VideoInfo, platformforweb, 68, 4);
+FIELD(VideoInfo, eventstreamenable, 72, 4);
+FIELD(VideoInfo, eventframerate, 76, 4);
+FIELD(VideoInfo, eventbitrate, 80, 4);
+FIELD(VideoInfo, eventiframe, 84, 4);
+
+RECORD(AudioInfo, 40);
+FIELD(AudioInfo, audioenable, 0, 1);
+FIELD(AudioInfo, audiomode, 1, 1);
+FIELD(AudioInfo, audioinvolume, 4, 4);
+FIELD(AudioInfo, alarmlevel, 8, 4);
+FIELD(AudioInfo, audiooutvolume, 12, 4);
+FIELD(AudioInfo, speex, 16, 4);
+FIELD(AudioInfo, encoding, 20, 4);
+FIELD(AudioInfo, samplerate, 24, 4);
+FIELD(AudioInfo, audiobitrate, 28, 4);
+FIELD(AudioInfo, hasaudioout, 32, 4);
+FIELD(AudioInfo, audioagc, 36, 4);
+
+RECORD(AudioSampleRateOption, 72);
+FIELD(AudioSampleRateOption, samplerate, 0, 4);
+FIELD(AudioSampleRateOption, bitratecount, 4, 4);
+FIELD(AudioSampleRateOption, bitrates, 8, 64);
+
+RECORD(AudioCodecOption, 656);
+FIELD(AudioCodecOption, codec, 0, 4);
+FIELD(AudioCodecOption, sampleratecount, 4, 4);
+FIELD(AudioCodecOption, samplerates, 8, 648);
+
+RECORD(AudioOptions, 5908);
+FIELD(AudioOptions, codeccount, 0, 4);
+FIELD(AudioOptions, codecs, 4, 5904);
+
+RECORD(OsdStreamInfo, 103);
+FIELD(OsdStreamInfo, valid, 0, 1);
+FIELD(OsdStreamInfo, textenable, 1, 1);
+FIELD(OsdStreamInfo, datestampenable, 2, 1);
+FIELD(OsdStreamInfo, overlaytext, 3, 96);
+FIELD(OsdStreamInfo, textposition, 99, 1);
+FIELD(OsdStreamInfo, dateposition, 100, 1);
+FIELD(OsdStreamInfo, dateformat, 101, 1);
+FIELD(OsdStreamInfo, osdfontsize, 102, 1);
+
+RECORD(OsdInfo, 309);
+FIELD(OsdInfo, streams, 0, 309);

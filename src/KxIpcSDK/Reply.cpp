@@ -1,5 +1,7 @@
 #include "KxIpcSDK/Reply.h"
 
+#include <cstring>
+
 #include "KxIpcSDK/Key.h"
 #include "NetManager/ReplyFields.h"
 
@@ -26,4 +28,13 @@ bool PlainStyle::find(const char* reply, const char* key, char* value, std::size
 bool CrLfStyle::find(const char* reply, const char* key, char* value, std::size_t size)
 {
     return findBehind(Key("%s=", key), reply, "\r", value, size);
+}
+
+bool QuotedStyle::find(const char* reply, const char* key, char* value, std::size_t size)
+{
+    if (!findBehind(Key("%s = '", key), reply, ";", value, size))
+        return false;
+    if (char* const quote = std::strrchr(value, '\''))
+        *quote = '\0';
+    return true;
 }

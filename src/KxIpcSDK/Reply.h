@@ -24,6 +24,12 @@ struct CrLfStyle
     static bool find(const char* reply, const char* key, char* value, std::size_t size);
 };
 
+/// Lines "key = 'value';". A value ends at the last quote before the semicolon.
+struct QuotedStyle
+{
+    static bool find(const char* reply, const char* key, char* value, std::size_t size);
+};
+
 /// The raw reply, status line and headers included. False when the request failed or the reply is empty. A number is
 /// read through a text of NumberSize bytes.
 template <typename Style, std::size_t Size = 1024, std::size_t NumberSize = Size>

@@ -8,12 +8,14 @@ namespace kxcam
 // Each is defined in the file of its name.
 extern const Area networkArea, wifiArea, ddnsArea, smtpArea, ftpArea, upnpArea, portsArea;
 extern const Area clockArea, systemArea;
+extern const Area videoArea, audioArea, osdArea;
 
 namespace
 {
 
 constexpr const Area* areas[] = {
-    &networkArea, &wifiArea, &ddnsArea, &smtpArea, &ftpArea, &upnpArea, &portsArea, &clockArea, &systemArea,
+    &networkArea, &wifiArea,  &ddnsArea,   &smtpArea,  &ftpArea,   &upnpArea,
+    &portsArea,   &clockArea, &systemArea, &videoArea, &audioArea, &osdArea,
 };
 
 } // namespace
@@ -27,6 +29,23 @@ const Area& findArea(const std::string& name)
         names.append(names.empty() ? "" : ", ").append(area->name);
     }
     throw Failure(ExitCode::Usage, "there is no area '" + name + "'. Areas: " + names);
+}
+
+const Area& findStream(const Area& area, const std::string& name)
+{
+    if (area.streams.empty() && name.empty())
+        return area;
+    std::string names;
+    for (const Stream& stream : area.streams) {
+        if (stream.name == name)
+            return *stream.area;
+        names.append(names.empty() ? "" : ", ").append(stream.name);
+    }
+    if (names.empty())
+        throw Failure(ExitCode::Usage, std::string(area.name) + " has no streams: leave --stream out");
+    throw Failure(ExitCode::Usage, name.empty() ? "which stream of " + std::string(area.name) +
+                                                      "? Give one with --stream: " + names
+                                                : "there is no stream '" + name + "'. Streams: " + names);
 }
 
 std::string areaHelp()

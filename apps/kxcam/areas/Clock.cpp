@@ -11,24 +11,17 @@ namespace kxcam
 namespace
 {
 
-constexpr Field within(int lowest, int highest, Field field)
-{
-    field.lowest = lowest;
-    field.highest = highest;
-    return running(field);
-}
-
 constexpr Field fields[] = {
     field<&DateTimeInfo::system_datetime_datetimetype>("system_datetime_datetimetype",
                                                        "time from: 0 an NTP server, 1 or 2 people"),
     running(readOnly(field<&DateTimeInfo::date>("date", "year/month/day"))),
     running(readOnly(field<&DateTimeInfo::time>("time", "hour:minute:second"))),
-    within(1970, 2037, field<&DateTimeInfo::year>("year", "")),
-    within(1, 12, field<&DateTimeInfo::month>("month", "")),
-    within(1, 31, field<&DateTimeInfo::day>("day", "")),
-    within(0, 23, field<&DateTimeInfo::hour>("hour", "")),
-    within(0, 59, field<&DateTimeInfo::minute>("minute", "")),
-    within(0, 59, field<&DateTimeInfo::second>("second", "")),
+    running(ranged(field<&DateTimeInfo::year>("year", ""), 1970, 2037)),
+    running(ranged(field<&DateTimeInfo::month>("month", ""), 1, 12)),
+    running(ranged(field<&DateTimeInfo::day>("day", ""), 1, 31)),
+    running(ranged(field<&DateTimeInfo::hour>("hour", ""), 0, 23)),
+    running(ranged(field<&DateTimeInfo::minute>("minute", ""), 0, 59)),
+    running(ranged(field<&DateTimeInfo::second>("second", ""), 0, 59)),
     field<&DateTimeInfo::system_datetime_daylight>("system_datetime_daylight", "1: daylight saving time"),
     field<&DateTimeInfo::system_datetime_ntp_server_address>("system_datetime_ntp_server_address",
                                                              "NTP server"),

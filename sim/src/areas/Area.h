@@ -3,6 +3,8 @@
 
 #include "../Settings.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <optional>
@@ -62,6 +64,14 @@ struct SetRule
     std::string_view key;
     bool (*take)(Settings& settings, const std::string& value); ///< false: the value was not taken
     unsigned chips = AnyChip;
+    std::string_view page = {}; ///< only in a query of this page; empty: in one of no page
+};
+
+/// What a query may open with, as "page=name".
+struct Page
+{
+    std::string_view name;
+    unsigned chips = AnyChip;
 };
 
 /// What a command does to the camera as a whole, once it has been answered.
@@ -111,20 +121,36 @@ struct Area
     std::span<const Command> commands = {};
     std::span<const Action> actions = {};
     std::span<const Inquiry> inquiries = {};
+    std::span<const Page> pages = {};
+};
+
+/// A key as a template's argument: keepAs<"wifissid">.
+struct KeyName
+{
+    template <std::size_t Size>
+    constexpr KeyName(const char (&key)[Size]) // implicit: that is its use
+    {
+        std::copy_n(key, Size, text);
+    }
+
+    char text[48] = {};
 };
 
 /// A set rule for a value that is read back under another name.
-template <const char* Key>
+template <KeyName Key>
 bool keepAs(Settings& settings, const std::string& value)
 {
-    return settings.keep(Key, value);
+    return settings.keep(Key.text, value);
 }
 
+extern const Area audioArea;
 extern const Area capabilitiesArea;
 extern const Area clockArea;
 extern const Area networkArea;
+extern const Area osdArea;
 extern const Area systemArea;
 extern const Area updateArea;
 extern const Area usersArea;
+extern const Area videoArea;
 
 } // namespace kxsim

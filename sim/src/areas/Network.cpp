@@ -93,11 +93,6 @@ constexpr std::array settings{
     Setting{"upnpstatusrtsp", "0", Access::ReadOnly},
 };
 
-constexpr char wifiSsid[] = "wifissid";
-constexpr char ddnsUser[] = "ddnsusername";
-constexpr char ddnsPassword[] = "ddnspassword";
-constexpr char ddnsHost[] = "ddnshost";
-
 // The camera knows providers by their bare domain; a web host name is what people see, not what it stores.
 bool takeProvider(Settings& camera, const std::string& value)
 {
@@ -132,9 +127,12 @@ bool takePortMapping(Settings& camera, const std::string& value)
 }
 
 constexpr std::array setRules{
-    SetRule{"newwifissid", keepAs<wifiSsid>},    SetRule{"planetenable", takePlanetSwitch},
-    SetRule{"planetusername", keepAs<ddnsUser>}, SetRule{"planetpassword", keepAs<ddnsPassword>},
-    SetRule{"planethost", keepAs<ddnsHost>},     SetRule{"ddnsdomain", takeProvider, NotTi},
+    SetRule{"newwifissid", keepAs<"wifissid">},
+    SetRule{"planetenable", takePlanetSwitch},
+    SetRule{"planetusername", keepAs<"ddnsusername">},
+    SetRule{"planetpassword", keepAs<"ddnspassword">},
+    SetRule{"planethost", keepAs<"ddnshost">},
+    SetRule{"ddnsdomain", takeProvider, NotTi},
     SetRule{"upnpinfo", takePortMapping},
 };
 

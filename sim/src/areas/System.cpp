@@ -16,7 +16,8 @@ constexpr std::array settings{
     Setting{"deviceversion", "1.2", Access::ReadOnly},
     Setting{"sdkversion", "3.1", Access::ReadOnly},
     Setting{"cputype", "DM385", Access::ReadOnly, Ti},
-    Setting{"cputype", "Hi3516", Access::ReadOnly, NotTi},
+    Setting{"cputype", "hi3516a", Access::ReadOnly, Hisi},
+    Setting{"cputype", "hi3516av200", Access::ReadOnly, ModelA},
 
     // Features. TI cameras have one audio mode and say nothing of it.
     Setting{"system_audio_support", "1", Access::ReadOnly},
