@@ -67,7 +67,7 @@ TEST(QueryText, IsCutAtItsBound)
     query.text("k", longText);
     query.add("%s", std::string(100, 'y').c_str());
     query.number("never", 1);
-    EXPECT_EQ(std::string(query.c_str()), std::string(1000, 'x') + "&k=" + std::string(19, 'y'));
+    EXPECT_EQ(std::string(query), std::string(1000, 'x') + "&k=" + std::string(19, 'y'));
 }
 
 TEST(QueryText, ReadsNoFurtherThanTheField)
@@ -79,5 +79,5 @@ TEST(QueryText, ReadsNoFurtherThanTheField)
     } record = {{'a', 'b', 'c', 'd'}, {'n', 'o', '!', '\0'}};
     Query query;
     query.text("k", record.field);
-    EXPECT_STREQ(query.c_str(), "&k=abcd");
+    EXPECT_STREQ(query, "&k=abcd");
 }

@@ -192,52 +192,56 @@ constexpr Field port(Field field)
     return ranged(field, 0, 65535);
 }
 
+constexpr Field with(Field field, Access access)
+{
+    field.access = access;
+    return field;
+}
+
+constexpr Field with(Field field, bool Field::*trait)
+{
+    field.*trait = true;
+    return field;
+}
+
 constexpr Field readOnly(Field field)
 {
-    field.access = Access::ReadOnly;
-    return field;
+    return with(field, Access::ReadOnly);
 }
 
 constexpr Field writeOnly(Field field)
 {
-    field.access = Access::WriteOnly;
-    return field;
+    return with(field, Access::WriteOnly);
 }
 
 constexpr Field mustGive(Field field)
 {
-    field.access = Access::MustGive;
-    return field;
+    return with(field, Access::MustGive);
 }
 
 constexpr Field secret(Field field)
 {
-    field.secret = true;
-    return field;
+    return with(field, &Field::secret);
 }
 
 constexpr Field running(Field field)
 {
-    field.running = true;
-    return field;
+    return with(field, &Field::running);
 }
 
 constexpr Field zeroWhenUntold(Field field)
 {
-    field.zeroWhenUntold = true;
-    return field;
+    return with(field, &Field::zeroWhenUntold);
 }
 
 constexpr Field onSomeModels(Field field)
 {
-    field.someModels = true;
-    return field;
+    return with(field, &Field::someModels);
 }
 
 constexpr Field encoded(Field field)
 {
-    field.encoded = true;
-    return field;
+    return with(field, &Field::encoded);
 }
 
 template <typename RecordType>

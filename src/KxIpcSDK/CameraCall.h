@@ -51,7 +51,7 @@ public:
     template <typename AnyReply = OkReply>
     int set(const Query& query, RequestFunction send = settingsRequest)
     {
-        return get<AnyReply>(query.c_str(), send).received() ? 0 : -1;
+        return get<AnyReply>(query, send).received() ? 0 : -1;
     }
 
     /// Asks the camera for its model; nothing when it does not answer.

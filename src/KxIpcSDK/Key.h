@@ -9,7 +9,8 @@ class Key
 public:
     explicit Key(const char* format, ...) KX_PRINTF_LIKE(2, 3);
 
-    operator const char*() const { return text_; } // implicit: that is its use, `reply.number(Key("user.%d", slot), …)`
+    /// Implicit, so that it stands where a text is asked for: `reply.number(Key("user.%d", slot), …)`.
+    operator const char*() const { return text_; }
 
 private:
     char text_[128];

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
-std::size_t printBehind(char* text, std::size_t length, std::size_t bound, const char* format, va_list arguments)
+std::size_t printBehind(char* text, std::size_t length, std::size_t bound, const char* format,
+                        va_list arguments)
 {
     const std::size_t room = bound - length;
     const int wanted = std::vsnprintf(text + length, room, format, arguments);

@@ -7,7 +7,8 @@
 #include <KxIpcSDK/KxExport.h>
 
 /// Prints behind the first `length` characters of a text of `bound` bytes; returns the new length.
-std::size_t printBehind(char* text, std::size_t length, std::size_t bound, const char* format, va_list arguments);
+std::size_t printBehind(char* text, std::size_t length, std::size_t bound, const char* format,
+                        va_list arguments);
 
 /// Holds at most Bound - 1 characters; what goes beyond is cut. Texts are added as they stand.
 template <std::size_t Bound>
@@ -36,7 +37,8 @@ public:
         va_end(arguments);
     }
 
-    const char* c_str() const { return text_; }
+    /// Implicit, so that it stands where a text is asked for: `call.get(query)`.
+    operator const char*() const { return text_; }
 
 private:
     char text_[Bound] = {};

@@ -1,6 +1,7 @@
 // The video streams, an area each: a set writes one stream and leaves the others as they are.
 #include <KxIpcSDK/KxVideo.h>
 
+#include <array>
 #include <cstring>
 #include <limits>
 
@@ -57,35 +58,18 @@ constexpr Field mainFields[] = {
     readOnly(field<&VideoInfo::platformforweb>("platformforweb", "web platform code")),
 };
 
-constexpr Field subFields[] = {
-    field<&VideoInfo::enablesubstream>("enablesubstream", "1: the stream is on"),
-    codec,
-    width,
-    height,
-    framerate(120),
-    bitrate(2048),
-    ratecontrol,
-    ipratio,
-    profile,
-    jpegquality,
-    smartstream,
-    smartlevel,
-};
+/// Of the streams that can be switched off.
+constexpr std::array<Field, 12> switchedFields(Field enable, int highestFramerate)
+{
+    return {enable,        codec,       width,   height,  framerate(highestFramerate),
+            bitrate(2048), ratecontrol, ipratio, profile, jpegquality,
+            smartstream,   smartlevel};
+}
 
-constexpr Field thirdFields[] = {
-    field<&VideoInfo::enablethirdstream>("enablethirdstream", "1: the stream is on"),
-    codec,
-    width,
-    height,
-    framerate(30),
-    bitrate(2048),
-    ratecontrol,
-    ipratio,
-    profile,
-    jpegquality,
-    smartstream,
-    smartlevel,
-};
+constexpr std::array subFields =
+    switchedFields(field<&VideoInfo::enablesubstream>("enablesubstream", "1: the stream is on"), 120);
+constexpr std::array thirdFields =
+    switchedFields(field<&VideoInfo::enablethirdstream>("enablethirdstream", "1: the stream is on"), 30);
 
 template <std::uint8_t Number>
 int getStream(long userId, VideoInfo* video)

@@ -16,6 +16,7 @@
 
 #include <KxIpcSDK/KxSearch.h>
 
+#include "Json.h"
 #include "verbs/CommandLine.h"
 
 namespace kxcam
@@ -95,11 +96,7 @@ public:
 
     bool empty() const { return addresses_.empty(); }
 
-    void printJson()
-    {
-        const nlohmann::ordered_json object{{"cameras", cameras_}};
-        console_.print(object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
-    }
+    void printAsJson() { printJson({{"cameras", cameras_}}, console_); }
 
 private:
     void printRow(const SearchDeviceInfo& device)
@@ -147,7 +144,7 @@ ExitCode discover(const CommandLine& line, Console& console)
     search(findings);
     const bool asked = std::chrono::steady_clock::now() - begin >= shortestSearch;
     if (line.json)
-        findings.printJson();
+        findings.printAsJson();
     if (!findings.empty())
         return ExitCode::Ok;
     throw Failure(ExitCode::Unreachable, asked ? nobodyAnswered : couldNotAsk);

@@ -258,8 +258,7 @@ void addUsers(CLI::App& app, CommandLine& line)
         ->type_name("N")
         ->check(CLI::Range(0, 255).description(""))
         ->capture_default_str();
-    parser.addNamed("delete", "Delete a user", remove)
-        ->add_flag("--yes", options.yes, "Do not ask");
+    parser.addNamed("delete", "Delete a user", remove)->add_flag("--yes", options.yes, "Do not ask");
     parser.addNamed("password", "Give a user a new password", changePassword);
     parser.addNamed("type", "Show a user's authority", type);
 }

@@ -24,7 +24,7 @@ struct CameraOptions
     std::string password = "admin";
     std::string lineEnd = "\n";                  ///< what ends a line of a reply's body
     std::chrono::milliseconds restartTime{3000}; ///< for so long a restart or a reset refuses connections
-    DiscoveryOptions discovery{};                ///< off unless asked for, as it takes part in the whole network
+    DiscoveryOptions discovery{}; ///< off unless asked for, as it takes part in the whole network
 };
 
 /// One way of misbehaving towards clients. The camera acts on a request that Slow, CutShort or Endless hits, as only

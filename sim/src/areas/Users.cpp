@@ -186,8 +186,8 @@ constexpr std::array setRules{
 
 std::vector<std::string> securityQuestions(Settings& camera, const Parameters&)
 {
-    constexpr std::string_view keys[] = {"sqa_enable",     "sqa_type_0",     "sqa_question_0", "sqa_type_1",
-                                         "sqa_question_1", "sqa_type_2",     "sqa_question_2"};
+    constexpr std::string_view keys[] = {"sqa_enable",     "sqa_type_0", "sqa_question_0", "sqa_type_1",
+                                         "sqa_question_1", "sqa_type_2", "sqa_question_2"};
     return camera.lines(keys);
 }
 

@@ -87,11 +87,16 @@ constexpr std::array pages{
 std::vector<std::string> tellGeneral(Settings& camera, const Parameters&)
 {
     constexpr std::string_view keys[] = {
-        "system_deviceinformation_sensor",    "media_profile_resolution_width[0]",
-        "media_profile_resolution_height[0]", "media_profile_resolution_width[1]",
-        "media_profile_resolution_height[1]", "media_profile_resolution_width[2]",
-        "media_profile_resolution_height[2]", "event_stream_enable",
-        "event_stream_frame_rate",            "event_stream_bit_rate",
+        "system_deviceinformation_sensor",
+        "media_profile_resolution_width[0]",
+        "media_profile_resolution_height[0]",
+        "media_profile_resolution_width[1]",
+        "media_profile_resolution_height[1]",
+        "media_profile_resolution_width[2]",
+        "media_profile_resolution_height[2]",
+        "event_stream_enable",
+        "event_stream_frame_rate",
+        "event_stream_bit_rate",
         "event_stream_iframe",
     };
     return camera.lines(keys, quoted);

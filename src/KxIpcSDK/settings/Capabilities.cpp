@@ -15,7 +15,7 @@ OkReply ask(CameraCall&& call, const char* key)
 {
     Query query;
     query.ask(key);
-    return call.get(query.c_str());
+    return call.get(query);
 }
 
 /// The number that the camera tells under a key; 0 when it tells none, for whatever reason.
@@ -119,7 +119,8 @@ int KX_Ipc_HasHighFrameInterface(long userId)
 int Kx_Ipc_GetModelGeneral(long userId, ModelGeneralInfo* info)
 {
     CameraCall call(userId, info);
-    const auto reply = call.get<Reply<PlainStyle, 10240>>("action=get.model.general&format=inf", adminRequest);
+    const auto reply =
+        call.get<Reply<PlainStyle, 10240>>("action=get.model.general&format=inf", adminRequest);
     if (!reply)
         return -1;
     reply.number("system_io_support", info->system_io_support);

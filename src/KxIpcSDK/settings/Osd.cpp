@@ -85,7 +85,7 @@ int getOneStream(CameraCall& call, OsdStreamInfo& stream)
 {
     Query query;
     askForStream(query, withoutFontSize, "");
-    const OkReply reply = call.get(query.c_str());
+    const OkReply reply = call.get(query);
     if (!reply)
         return -1;
     readStream(reply, withoutFontSize, "", stream);
@@ -105,7 +105,7 @@ int getThreeStreams(CameraCall& call, OsdInfo& info)
     Query query;
     for (const auto& mark : streamMarks)
         askForStream(query, allSettings, mark.suffix);
-    const OkReply reply = call.get(query.c_str());
+    const OkReply reply = call.get(query);
     if (!reply)
         return -1;
     for (std::size_t i = 0; i < std::size(streamMarks); ++i)

@@ -19,7 +19,7 @@ int Kx_Ipc_UpdateOnline(long userId, const char* text)
         return -1;
     Query query;
     query.add("&updateonline=%s", text);
-    return call.get(query.c_str()).contains("OK updateonline") ? 0 : -1;
+    return call.get(query).contains("OK updateonline") ? 0 : -1;
 }
 
 int Kx_Ipc_GetUpdateOnlineProgress(long userId, int* progress)

@@ -34,7 +34,7 @@ OkReply askSlots(CameraCall& call, const char* key)
     Query query;
     for (int slot = 0; slot < slotCount; ++slot)
         query.ask(slotKey(key, slot));
-    return call.get(query.c_str());
+    return call.get(query);
 }
 
 /// Reads a number of every slot; false when the request failed.
@@ -81,7 +81,7 @@ int userType(CameraCall& call, const char* name)
         return -1;
     Query query;
     query.ask(slotKey("authority", slot));
-    const OkReply authority = call.get(query.c_str());
+    const OkReply authority = call.get(query);
     if (!authority.received())
         return -1;
     KxOutputDebugInfo(0, "====Get UserType2:%s===");
@@ -115,7 +115,7 @@ int Kx_Ipc_AddUser(long userId, const UserAccountInfo* account)
     Query query;
     query.add("&adduser=%.*s:%.*s:%d:1", static_cast<int>(sizeof account->name), account->name,
               static_cast<int>(sizeof account->password), account->password, account->authority);
-    return order(call, query.c_str(), "OK adduser", "==AddUser Response:%s==");
+    return order(call, query, "OK adduser", "==AddUser Response:%s==");
 }
 
 int Kx_Ipc_DeleteUser(long userId, const char* name)
@@ -126,7 +126,7 @@ int Kx_Ipc_DeleteUser(long userId, const char* name)
         return -1;
     Query query;
     query.add("&deluser=%s", name);
-    return order(call, query.c_str(), "OK deluser", "==DelUser Response:%s==");
+    return order(call, query, "OK deluser", "==DelUser Response:%s==");
 }
 
 int Kx_Ipc_ModifyPassword(long userId, const char* name, const char* password)
@@ -137,7 +137,7 @@ int Kx_Ipc_ModifyPassword(long userId, const char* name, const char* password)
     const long type = userType(call, name);
     Query query;
     query.add("&deluser=%s&adduser=%s:%s:%ld:0", name, name, password, type);
-    return order(call, query.c_str(), "OK adduser", "==Add User:%s password:%s Response:%s==");
+    return order(call, query, "OK adduser", "==Add User:%s password:%s Response:%s==");
 }
 
 int Kx_Ipc_PasswordChallenge(long userId, const char* publicKey, char* keyOut, int* keyIdOut)
@@ -169,7 +169,7 @@ int Kx_Ipc_NewSetUser(long userId, const char* name, const char* password, int a
               password, a, b);
     if (c != -1)
         query.add(":%d", c);
-    return order(call, query.c_str(), "OK newsetuser", "==newAddUser Response:%s==", DoRequestForPassword);
+    return order(call, query, "OK newsetuser", "==newAddUser Response:%s==", DoRequestForPassword);
 }
 
 int Kx_Ipc_GetAllUser(long userId, UserListEntry* entries)

@@ -94,7 +94,7 @@ int readVideo(CameraCall& call, std::span<VideoInfo> videos)
     for (VideoInfo& video : videos)
         readPictureSize(general, video);
 
-    const auto streams = call.get<StreamsReply>(streamsQuery(videos).c_str());
+    const auto streams = call.get<StreamsReply>(streamsQuery(videos));
     if (!streams)
         return -1;
     for (VideoInfo& video : videos) {
