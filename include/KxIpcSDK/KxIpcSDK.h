@@ -15,6 +15,7 @@
  * passed: 5 seconds to reach the camera, then 15 seconds to connect and 15 seconds for the first byte of the
  * answer. A slow answer is read to its end, however long that takes, unless nothing at all comes for 60 seconds.
  * Kx_Sdk_Init() and Kx_Sdk_Destroy() must not run beside any other call.
+ * A search reports from a thread of its own, see Kx_Sdk_SearchIpc().
  */
 #ifndef KXIPCSDK_KXIPCSDK_H
 #define KXIPCSDK_KXIPCSDK_H
