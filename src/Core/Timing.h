@@ -8,15 +8,15 @@ struct Timing
     using Milliseconds = std::chrono::milliseconds;
     using Microseconds = std::chrono::microseconds;
 
-    Milliseconds probe{5'000};         // until a camera reacts to a connection attempt at all
-    Milliseconds connect{15'000};      // until the request can be sent; again until there is room for it
-    Milliseconds firstReply{15'000};   // until the first byte of the reply
-    Milliseconds stalledReply{60'000}; // between two pieces of a reply; what came until then is the reply
-    Microseconds retry{200};           // before a failed read or an empty write is tried again
-    Milliseconds streamWorker{50};     // between two rounds of the stream-opening worker
-    Milliseconds searchSecond{1'000};  // what the search takes for a second
-    Milliseconds searchInAll{150'000}; // a search that answers keep busy; as long as 72 of them at 2 s each
-    Milliseconds decodersOff{20};      // from switching the decoders off to closing their streams
+    Milliseconds probe{5'000};          // until a camera reacts to a connection attempt at all
+    Milliseconds connect{15'000};       // until the request can be sent; again until there is room for it
+    Milliseconds firstReply{15'000};    // until the first byte of the reply
+    Milliseconds stalledReply{60'000};  // between two pieces of a reply; what came until then is the reply
+    Microseconds retry{200};            // before a failed read or an empty write is tried again
+    Milliseconds streamWorker{50};      // between two rounds of the stream-opening worker
+    Milliseconds searchSecond{1'000};   // what the search takes for a second
+    Milliseconds searchWasted{120'000}; // what a search spends at most on answers that count for nothing
+    Milliseconds decodersOff{20};       // from switching the decoders off to closing their streams
 };
 
 // The values in force. Written by tests before they make calls, by nothing else.
