@@ -1,21 +1,26 @@
 #!/usr/bin/env bash
-# Shows the main job against a simulated camera: scripts/demo.sh [--built BIN_DIR]
+# Shows the main job against simulated cameras: scripts/demo.sh [--built BIN_DIR]
 # With --built, nothing is installed or built: the programs are taken from there.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 bin=build/release/bin
-if [ "${1:-}" = --built ]; then
-    bin=$2
-else
-    scripts/setup.sh
-    echo "Building, a minute or so ..."
-    scripts/build.sh release kxcam kxsim >/dev/null
+case "${1:-}" in
+    --built | --in-private-network) bin=$2 ;;
+    *)
+        scripts/setup.sh
+        echo "Building, a minute or so ..."
+        scripts/build.sh release kxcam kxsim >/dev/null
+        ;;
+esac
+# A search multicasts, so it is shown where nobody else hears it.
+if [ "${1:-}" != --in-private-network ] && scripts/private_network.sh true 2>/dev/null; then
+    exec scripts/private_network.sh "$0" --in-private-network "$bin"
 fi
 
 scratch=$(mktemp -d)
-simulator=
-trap '[ -z "$simulator" ] || kill "$simulator"; rm -rf "$scratch"' EXIT
+simulators=()
+trap '[ ${#simulators[@]} = 0 ] || kill "${simulators[@]}"; rm -rf "$scratch"' EXIT
 
 title() {
     if [ -t 1 ]; then printf '\n\033[1m%s\033[0m\n' "$*"; else printf '\n%s\n' "$*"; fi
@@ -26,21 +31,38 @@ run() {
     # shellcheck disable=SC2086 # the options are meant to be split
     "$bin/kxcam" $camera "$@"
 }
+# simulate OPTION...: shows the command and starts a camera; the first one's log is what is shown in the end.
+simulate() {
+    local log=$scratch/camera${#simulators[@]}.log
+    echo "\$ kxsim$(printf ' %q' "$@")"
+    "$bin/kxsim" "$@" >"$log" &
+    simulators+=($!)
+    until grep -q listening "$log"; do
+        kill -0 $!
+        sleep 0.05
+    done
+    head -n 1 "$log"
+}
 
-title "A simulated camera, with user admin and password admin"
-echo "\$ kxsim --port 0"
-"$bin/kxsim" --port 0 >"$scratch/camera.log" &
-simulator=$!
-until grep -q listening "$scratch/camera.log"; do
-    kill -0 "$simulator"
-    sleep 0.05
-done
-head -n 1 "$scratch/camera.log"
-port=$(sed -n '1s/.*:\([0-9]*\)$/\1/p' "$scratch/camera.log")
+if [ "${1:-}" = --in-private-network ]; then
+    title "Three simulated cameras, with user admin and password admin, in a network of their own"
+    simulate --port 8080 --discovery 127.0.0.1 --name "Front Door"
+    simulate --address 127.0.0.2 --port 8080 --model KX-C300B --discovery 127.0.0.1 --name Garage
+    simulate --address 127.0.0.3 --port 8080 --model KX-C400A --discovery 127.0.0.1 --name Yard
+
+    title "Find them"
+    echo "\$ kxcam discover"
+    "$bin/kxcam" discover
+else
+    title "A simulated camera, with user admin and password admin"
+    echo "(No search is shown: this machine allows no private network to multicast in. As root it would.)"
+    simulate --port 0
+fi
+port=$(sed -n '1s/.*:\([0-9]*\)$/\1/p' "$scratch/camera0.log")
 camera="--host 127.0.0.1 --port $port --user admin"
 export KXCAM_PASSWORD=admin
 
-title "Read its network settings"
+title "Read the network settings of the first"
 run get network
 
 title "Point its FTP upload to another server"
@@ -57,4 +79,4 @@ if KXCAM_PASSWORD=guess run get network; then
 fi
 
 title "What the camera saw"
-sed -e 1d -e 's/^/  /' -e 's/pwd=[^&]*/pwd=***/' "$scratch/camera.log"
+sed -e 1d -e 's/^/  /' -e 's/pwd=[^&]*/pwd=***/' "$scratch/camera0.log"

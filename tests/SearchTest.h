@@ -12,6 +12,7 @@
 
 #include "Core/SdkState.h"
 #include "KxSearch/Search.h"
+#include "KxSearch/Search/SecondProbe.h"
 #include "Responder.h"
 #include "SdkTest.h"
 

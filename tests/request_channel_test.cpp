@@ -335,6 +335,7 @@ TEST_F(RequestChannel, ProbeSaysWhyItFailed)
     camera.setFault({.kind = Fault::Kind::Unreachable});
     testing::internal::CaptureStdout();
     EXPECT_EQ(IsHostConnect("127.0.0.1", camera.port()), 0);
-    EXPECT_THAT(testing::internal::GetCapturedStdout(),
-                testing::EndsWith("{select} | err=Operation now in progress=================================\n"));
+    EXPECT_THAT(
+        testing::internal::GetCapturedStdout(),
+        testing::EndsWith("{select} | err=Operation now in progress=================================\n"));
 }

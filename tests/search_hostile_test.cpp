@@ -30,9 +30,11 @@ class HostileAnswers : public SearchTest
 protected:
     static void expectHarmless(const std::string& datagram, const std::string& what)
     {
+        const int before = g_nIndex;
         const Texts found = search({datagram, datagram, reply(match("http://10.9.8.7:65/"))});
         ASSERT_FALSE(found.empty()) << what;
         EXPECT_EQ(found.back(), "10.9.8.7:65 Door KX-C200T") << what;
+        EXPECT_EQ(g_nIndex, before + 1) << what << " made it send something";
     }
 };
 

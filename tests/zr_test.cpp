@@ -1,59 +1,25 @@
-// The support library: texts, lists, condition variables, pipes, the print.
+// The support library: texts, threads, condition variables, pipes, the print. Lists have a file of their own.
 #include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
+#include <ctime>
+#include <functional>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
+
+#include <fcntl.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "ZrThread/ZrList.h"
 #include "ZrThread/ZrMemory.h"
 #include "ZrThread/ZrPipe.h"
 #include "ZrThread/ZrPrint.h"
 #include "ZrThread/ZrSync.h"
 #include "ZrThread/ZrThread.h"
-
-using testing::ElementsAre;
-
-namespace
-{
-
-int numbers[] = {0, 1, 2, 3, 4, 5, 6, 7};
-
-int* element(int number)
-{
-    return &numbers[number];
-}
-
-std::vector<int> contents(const ZrList& list)
-{
-    std::vector<int> found;
-    for (int i = 0; zr_list_eol(&list, i) == 0; ++i)
-        found.push_back(*static_cast<int*>(zr_list_get(&list, i)));
-    return found;
-}
-
-/// A list of 0, 1, ... count - 1, emptied after the test.
-struct Numbers : ZrList
-{
-    explicit Numbers(int size)
-    {
-        zr_list_init(this);
-        for (int i = 0; i < size; ++i)
-            zr_list_add(this, element(i), -1);
-    }
-    ~Numbers()
-    {
-        while (zr_list_remove(this, 0) >= 0) {
-        }
-    }
-};
-
-} // namespace
 
 TEST(ZrMemory, CopiesAtMostTheLengthAndAlwaysEndsTheText)
 {
@@ -90,121 +56,126 @@ TEST(ZrMemory, TrimsBothEnds)
     }
 }
 
-TEST(ZrList, AddsWhereItIsTold)
+namespace
 {
-    struct
+
+using Wait = int (*)(pthread_cond_t*, pthread_mutex_t*, int);
+constexpr Wait waits[] = {zr_cont_timedwait_millsecs, zr_sem_timedwait_millsecs, zr_sem_wait,
+                          zr_cond_timewait};
+
+/// A condition object, and a mutex that knows its owner.
+struct Condition
+{
+    Condition()
     {
-        int size, position;
-        std::vector<int> expected;
-    } rows[] = {
-        {2, 5, {0, 1, 7}},    {2, 2, {0, 1, 7}}, {2, -1, {0, 1, 7}}, {2, 0, {7, 0, 1}},
-        {3, 1, {0, 7, 1, 2}}, {0, 0, {7}},       {2, -2, {0, 7, 1}}, {0, -9, {7}},
-    };
-    for (const auto& row : rows) {
-        Numbers list(row.size);
-        EXPECT_EQ(zr_list_add(&list, element(7), row.position), row.size + 1);
-        EXPECT_EQ(contents(list), row.expected) << row.size << " at " << row.position;
+        pthread_mutexattr_t strict;
+        pthread_mutexattr_init(&strict);
+        pthread_mutexattr_settype(&strict, PTHREAD_MUTEX_ERRORCHECK);
+        pthread_mutex_init(&mutex, &strict);
     }
-}
-
-TEST(ZrList, KnowsItsBounds)
-{
-    Numbers list(3);
-    EXPECT_EQ(zr_list_get(&list, -1), nullptr);
-    EXPECT_EQ(zr_list_get(&list, 3), nullptr);
-    EXPECT_EQ(zr_list_remove(&list, -1), -1);
-    EXPECT_EQ(zr_list_remove(&list, 3), -1);
-    EXPECT_EQ(zr_list_remove(&list, 1), 2);
-    EXPECT_THAT(contents(list), ElementsAre(0, 2));
-    EXPECT_EQ(zr_list_size(&list), 2);
-    EXPECT_EQ(zr_list_size(nullptr), -1);
-    EXPECT_EQ(zr_list_add(nullptr, element(0), 0), -1);
-    EXPECT_EQ(zr_list_get(nullptr, 0), nullptr);
-    EXPECT_EQ(zr_list_special_free(nullptr, nullptr), -1);
-}
-
-TEST(ZrList, IteratesAndEmptiesWhileIterating)
-{
-    Numbers list(4);
-    ZrListIterator it;
-    std::vector<int> seen;
-    for (void* e = zr_list_get_first(&list, &it); e != nullptr; e = zr_list_get_next(&it))
-        seen.push_back(*static_cast<int*>(e));
-    EXPECT_THAT(seen, ElementsAre(0, 1, 2, 3));
-    EXPECT_EQ(zr_list_get_next(&it), nullptr);
-    EXPECT_EQ(zr_list_iterator_remove(&it), nullptr);
-
-    zr_list_get_first(&list, &it);
-    EXPECT_EQ(zr_list_get_next(&it), element(1));
-    EXPECT_EQ(zr_list_iterator_remove(&it), element(2));
-    EXPECT_THAT(contents(list), ElementsAre(0, 2, 3));
-    for (void* e = zr_list_get_first(&list, &it); e != nullptr;)
-        e = zr_list_iterator_remove(&it);
-    EXPECT_EQ(list.count, 0);
-    EXPECT_EQ(list.head, nullptr);
-}
-
-TEST(ZrList, AnIteratorStaysAtItsElementWhenOthersAreAdded)
-{
-    for (const int where : {0, 1, 2, 3, -1, -7}) {
-        Numbers list(3);
-        ZrListIterator it;
-        zr_list_get_first(&list, &it);
-        zr_list_get_next(&it);
-        EXPECT_EQ(zr_list_iterator_add(&it, element(7), where), 4);
-        EXPECT_EQ(zr_list_get(&list, it.position), element(1)) << where;
-        zr_list_iterator_remove(&it); // takes out that one and loses no other
-        EXPECT_THAT(contents(list), testing::UnorderedElementsAre(0, 2, 7)) << where;
+    ~Condition()
+    {
+        pthread_cond_t* left = object->condition; // not freed with the object
+        EXPECT_EQ(zr_cond_destroy(object), 0);
+        zr_free(left);
+        pthread_mutex_destroy(&mutex);
     }
-    Numbers empty(0);
-    ZrListIterator it;
-    EXPECT_EQ(zr_list_get_first(&empty, &it), nullptr);
-    EXPECT_EQ(zr_list_iterator_add(&it, element(1), 0), 1);
-}
-
-TEST(ZrList, HandsEveryElementToTheFreeFunctionAndFreesItself)
-{
-    auto* list = static_cast<ZrList*>(zr_malloc(sizeof(ZrList)));
-    for (int i = 0; i < 3; ++i)
-        zr_list_add(list, element(i), 0);
-    static std::vector<int> freed;
-    freed.clear();
-    EXPECT_EQ(zr_list_special_free(list, [](void* e) { freed.push_back(*static_cast<int*>(e)); }), 0);
-    EXPECT_THAT(freed, ElementsAre(2, 1, 0));
-
-    list = static_cast<ZrList*>(zr_malloc(sizeof(ZrList)));
-    zr_list_add(list, std::malloc(5), -1);
-    EXPECT_EQ(zr_list_ofchar_free(list), 0); // the address sanitizer tells of a leak
-}
-
-TEST(ZrSync, AWaitEndsByASignalOrByItsTimeAndTellsNoDifference)
-{
     ZrCond* object = zr_cond_init();
-    pthread_cond_t* condition = object->condition; // stays with us
-    pthread_mutex_t* mutex = zr_mutex_init();
+    pthread_mutex_t mutex;
+};
 
+std::chrono::milliseconds spent(const std::function<void()>& work)
+{
     const auto begin = std::chrono::steady_clock::now();
-    EXPECT_EQ(zr_cond_timedwait1(object, mutex, 1020), 0); // also carries into the next second, mostly
-    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(1015));
-    EXPECT_EQ(zr_cond_timedwait1(object, nullptr, 10'000), -1);
-    EXPECT_EQ(zr_cond_timedwait1(nullptr, mutex, 10'000), -1);
-    EXPECT_EQ(zr_sem_wait(nullptr, mutex, 10'000), -1);
-    EXPECT_EQ(zr_cond_timewait(nullptr, mutex, 10'000), -1);
+    work();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
+}
 
-    zr_mutex_lock(mutex);
-    std::thread other([&] {
-        zr_mutex_lock(mutex); // once the wait has begun
-        zr_cond_signal(object);
-        zr_mutex_unlock(mutex);
-    });
-    EXPECT_EQ(zr_cond_timewait(condition, mutex, 60'000), 0);
-    zr_mutex_unlock(mutex);
-    other.join();
+} // namespace
 
-    zr_mutex_destroy(mutex);
-    EXPECT_EQ(zr_cond_destroy(object), 0);
+TEST(ZrSync, AWaitIsEndedByASignalAndLeavesTheMutexLocked)
+{
+    for (const Wait wait : waits)
+        for (const bool byObject : {false, true}) {
+            Condition its;
+            bool signalled = false;
+            zr_mutex_lock(&its.mutex);
+            std::thread other([&] {
+                zr_mutex_lock(&its.mutex); // once the wait has begun
+                signalled = true;
+                EXPECT_EQ(byObject ? zr_cond_signal(its.object) : zr_sem_signal(its.object->condition), 0);
+                zr_mutex_unlock(&its.mutex);
+            });
+            const auto time = spent([&] { EXPECT_EQ(wait(its.object->condition, &its.mutex, 60'000), 0); });
+            EXPECT_TRUE(signalled);
+            EXPECT_LT(time, std::chrono::seconds(30));
+            EXPECT_EQ(zr_mutex_unlock(&its.mutex), 0);
+            other.join();
+        }
+}
+
+TEST(ZrSync, AWaitEndsByItsTimeAndTellsNoDifference)
+{
+    Condition its;
+    for (const int ms :
+         {990, 15, 1010}) { // two of them begin in one second and end in the next, nearly always
+        zr_mutex_lock(its.object->mutex); // not the one to be locked
+        const auto time = spent([&] { EXPECT_EQ(zr_cond_timedwait1(its.object, &its.mutex, ms), 0); });
+        zr_mutex_unlock(its.object->mutex);
+        EXPECT_GE(time.count(), ms - 5);
+        EXPECT_LT(time.count(), ms + 900);
+    }
+    EXPECT_EQ(zr_mutex_unlock(&its.mutex), EPERM); // it has been left unlocked
+}
+
+TEST(ZrSync, RefusesWhatIsNotThere)
+{
+    Condition its;
+    ZrCond noCondition{.condition = nullptr, .mutex = its.object->mutex};
+    EXPECT_EQ(zr_cond_timedwait1(its.object, nullptr, 10'000), -1);
+    EXPECT_EQ(zr_cond_timedwait1(nullptr, &its.mutex, 10'000), -1);
+    EXPECT_EQ(zr_cond_timedwait1(&noCondition, &its.mutex, 10'000), -1);
+    EXPECT_EQ(zr_sem_wait(nullptr, &its.mutex, 10'000), -1);
+    EXPECT_EQ(zr_cond_timewait(nullptr, &its.mutex, 10'000), -1);
+    EXPECT_EQ(zr_cond_signal(nullptr), -1);
+    EXPECT_EQ(zr_sem_signal(nullptr), -1);
+    EXPECT_EQ(zr_sem_post(nullptr), -1);
+    EXPECT_EQ(zr_sem_destroy(nullptr), 0);
+    EXPECT_EQ(zr_mutex_lock(nullptr), -1);
+    EXPECT_EQ(zr_mutex_unlock(nullptr), -1);
+    zr_mutex_destroy(nullptr);
     EXPECT_EQ(zr_cond_destroy(nullptr), 0);
-    zr_free(condition);
+    EXPECT_EQ(zr_cond_destroy(&noCondition), 0);
+    ZrCond noMutex{.condition = zr_pthread_cond_init(), .mutex = nullptr};
+    EXPECT_EQ(zr_cond_destroy(&noMutex), 0);
+    zr_free(noMutex.condition);
+}
+
+TEST(ZrSync, ASemaphoreCounts)
+{
+    sem_t* semaphore = zr_sem_init(3);
+    zr_sem_post(semaphore);
+    int value = 0;
+    sem_getvalue(semaphore, &value);
+    EXPECT_EQ(value, 4);
+    zr_sem_destroy(semaphore);
+}
+
+TEST(ZrThread, EndsWhereItSaysSo)
+{
+    int ended = 0;
+    pthread_t* thread = zr_thread_create(
+        2001,
+        [](void* argument) -> void* {
+            *static_cast<int*>(argument) = 1;
+            zr_thread_exit();
+        },
+        &ended);
+    EXPECT_EQ(zr_thread_set_priority(thread, 5), 0);
+    EXPECT_EQ(zr_thread_join(thread), 0);
+    EXPECT_EQ(ended, 1);
+    zr_free(thread);
+    EXPECT_EQ(zr_thread_join(nullptr), -1);
 }
 
 TEST(ZrSync, AWaitThatIsCancelledLeavesTheMutexFree)
@@ -231,16 +202,11 @@ TEST(ZrSync, AWaitThatIsCancelledLeavesTheMutexFree)
     EXPECT_EQ(pthread_mutex_trylock(both.mutex), 0);
 
     zr_free(thread);
-    EXPECT_EQ(zr_thread_join(nullptr), -1);
     zr_mutex_unlock(both.mutex);
     zr_mutex_destroy(both.mutex);
     pthread_cond_destroy(both.condition);
     zr_free(both.condition);
     zr_sem_destroy(both.waiting);
-    EXPECT_EQ(zr_mutex_lock(nullptr), -1);
-    EXPECT_EQ(zr_mutex_unlock(nullptr), -1);
-    EXPECT_EQ(zr_sem_post(nullptr), -1);
-    EXPECT_EQ(zr_sem_signal(nullptr), -1);
 }
 
 TEST(ZrPipe, CarriesBytes)
@@ -251,7 +217,10 @@ TEST(ZrPipe, CarriesBytes)
     EXPECT_EQ(zr_pipe_read(pipe, got, sizeof got), 5);
     EXPECT_STREQ(got, "bytes");
     EXPECT_EQ(zr_pipe_get_read_descr(pipe), pipe->readEnd);
+    const ZrPipe ends = *pipe;
     EXPECT_EQ(zr_pipe_destroy(pipe), 0);
+    EXPECT_EQ(fcntl(ends.readEnd, F_GETFD), -1);
+    EXPECT_EQ(fcntl(ends.writeEnd, F_GETFD), -1);
     EXPECT_EQ(zr_pipe_destroy(nullptr), -1);
     EXPECT_EQ(zr_pipe_write(nullptr, "", 0), -1);
     EXPECT_EQ(zr_pipe_read(nullptr, got, 1), -1);
@@ -260,11 +229,21 @@ TEST(ZrPipe, CarriesBytes)
 
 TEST(ZrPrint, StampsTheMessageAndLacksTheLastDigitOfTheTime)
 {
+    setenv("TZ", "XXX-5:37", 1); // of nobody
+    const auto stamp = [] {
+        char text[20];
+        const std::time_t now = std::time(nullptr);
+        std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", std::localtime(&now));
+        return std::string(text, 18);
+    };
+    const std::string before = stamp();
     testing::internal::CaptureStdout();
     EXPECT_EQ(zr_print("%d and %s", 7, "more"), 0);
-    EXPECT_THAT(testing::internal::GetCapturedStdout(),
-                testing::MatchesRegex(
-                    "QZM PRINT [0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]  7 and more={33}\n"));
+    const std::string line = testing::internal::GetCapturedStdout();
+    EXPECT_THAT(line.substr(10, 18), testing::AnyOf(before, stamp()));
+    unsetenv("TZ");
+    EXPECT_THAT(line, testing::MatchesRegex(
+                          "QZM PRINT [0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]  7 and more={33}\n"));
 
     testing::internal::CaptureStdout();
     zr_print("%s", std::string(5000, 'x').c_str());

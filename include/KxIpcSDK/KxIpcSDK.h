@@ -16,6 +16,7 @@
  * answer, where a call does not say otherwise. A slow answer is read to its end, however long that takes, unless
  * nothing at all comes for 60 seconds.
  * Kx_Sdk_Init() and Kx_Sdk_Destroy() must not run beside any other call.
+ * A search reports from a thread of its own, see Kx_Sdk_SearchIpc().
  */
 #ifndef KXIPCSDK_KXIPCSDK_H
 #define KXIPCSDK_KXIPCSDK_H

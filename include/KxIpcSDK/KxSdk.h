@@ -37,14 +37,15 @@ enum KxError
  *
  * Ignores the broken-pipe signal (SIGPIPE) for the process, so that a camera that closes a connection early
  * can not end the application. Prints a line on standard output. Calling it again drops all sessions without
- * logging them out.
+ * logging them out; do not while a search runs.
  *
  * @return 0; or -1 when the streaming library can not be started (no error is set; the SDK stays unusable)
  */
 KX_API int Kx_Sdk_Init(void);
 
 /**
- * Ends the SDK: stops live view and playback of every session, ends all sessions and background work.
+ * Ends the SDK: stops live view and playback of every session, ends all sessions and background work. Waits for a
+ * search to end, 6 seconds as a rule.
  *
  * Harmless before Kx_Sdk_Init() and when called twice. User ids are never given out again, also not after
  * another Kx_Sdk_Init(). Prints two lines on standard output.

@@ -5,6 +5,7 @@ CIpCameraManager* g_IpCameraManager = nullptr;
 
 std::atomic<fSearchCallBack> m_fSearchCallBack{nullptr};
 std::atomic<void*> m_pSearchUser{nullptr};
+std::atomic<int> g_nSilentSearches{0};
 std::atomic<pthread_t*> m_pThreadSearch{nullptr};
 
 std::atomic<bool> g_bThreadOpenRtsp{false};

@@ -14,6 +14,7 @@ extern CIpCameraManager* g_IpCameraManager;
 
 extern std::atomic<fSearchCallBack> m_fSearchCallBack; // non-null while a search runs
 extern std::atomic<void*> m_pSearchUser;
+extern std::atomic<int> g_nSilentSearches;      // searches without a callback that still run
 extern std::atomic<pthread_t*> m_pThreadSearch; // the latest search, if its thread is not joined yet
 
 extern std::atomic<bool> g_bThreadOpenRtsp;       // run flag of the stream-opening worker

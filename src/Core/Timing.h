@@ -17,7 +17,7 @@ struct Timing
     Microseconds retry{200};            // before a failed read or an empty write is tried again
     Milliseconds streamWorker{50};      // between two rounds of the stream-opening worker
     Milliseconds searchSecond{1'000};   // what the search takes for a second
-    Milliseconds searchInAll{150'000};  // a search that answers keep busy; as long as 72 of them at 2 s each
+    Milliseconds searchWasted{120'000}; // what a search spends at most on answers that count for nothing
     Milliseconds decodersOff{20};       // from switching the decoders off to closing their streams
 
     // What a camera gets to restart its video encoder before the next request.

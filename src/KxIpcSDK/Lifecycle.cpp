@@ -71,6 +71,13 @@ void joinWorker(std::atomic<pthread_t*>& worker)
     zr_free(thread);
 }
 
+/// Their threads are detached as soon as another search starts.
+void awaitSilentSearches()
+{
+    for (int running = g_nSilentSearches; running != 0; running = g_nSilentSearches)
+        g_nSilentSearches.wait(running);
+}
+
 } // namespace
 
 int Kx_Sdk_Init(void)
@@ -96,6 +103,7 @@ int Kx_Sdk_Destroy(void)
     g_IpCameraManager = nullptr;
     clearAllSessions();
     joinWorker(m_pThreadSearch);
+    awaitSilentSearches();
     m_fSearchCallBack = nullptr;
     m_pSearchUser = nullptr;
     g_bThreadOpenRtsp = false;

@@ -23,6 +23,17 @@ void keepThread(pthread_t* thread)
     zr_free(old);
 }
 
+pthread_t* startThread(bool silent)
+{
+    if (!silent)
+        return zr_thread_create(searchPriority, ThreadSearch, nullptr);
+    ++g_nSilentSearches;
+    pthread_t* thread = zr_thread_create(searchPriority, ThreadSilentSearch, nullptr);
+    if (thread == nullptr)
+        --g_nSilentSearches;
+    return thread;
+}
+
 } // namespace
 
 int Kx_Sdk_SearchIpc(fSearchCallBack callback, void* user)
@@ -34,6 +45,6 @@ int Kx_Sdk_SearchIpc(fSearchCallBack callback, void* user)
         return failWith(KX_ERROR_BUSY);
     m_pSearchUser = user;
     keepThread(nullptr);
-    keepThread(zr_thread_create(searchPriority, ThreadSearch, nullptr));
+    keepThread(startThread(callback == nullptr));
     return 0;
 }

@@ -1,13 +1,13 @@
 #include "KxSearch/Search.h"
 
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <span>
 
 #include "Core/SdkState.h"
 #include "Core/Timing.h"
 #include "KxSearch/Search/DiscoveryLookupBinding.h"
-#include "KxSearch/SearchRecord.h"
 #include "soapH.h"
 
 namespace
@@ -57,39 +57,27 @@ int sendProbe(DiscoveryLookupBinding& proxy, d__ProbeMatchesType& matches)
     return error;
 }
 
-/// Returns whether a reply came. Replies that count for nothing can not keep it busy for ever.
-bool listen(DiscoveryLookupBinding& proxy, d__ProbeMatchesType& matches, int idleRounds)
+/// Returns whether a reply came. Replies that count for nothing can not keep it for ever.
+bool listen(DiscoveryLookupBinding& proxy, d__ProbeMatchesType& matches, int idleRounds, Reporter& reporter)
 {
-    AddressReader addresses;
     bool answered = false;
     int count = 0;
     int failures = 0;
-    const auto end = Clock::now() + g_timing.searchInAll;
-    while (failures < idleRounds && count < mostMatches && Clock::now() < end) {
-        if (proxy.__dndl_Probe_Receive(nullptr, &matches) != SOAP_OK) {
-            ++failures;
-            continue;
-        }
-        answered = true;
-        count += reportMatches(matches, addresses);
+    Clock::duration wasted{};
+    while (failures < idleRounds && count < mostMatches && wasted < g_timing.searchWasted) {
+        const auto begin = Clock::now();
+        const int error = proxy.__dndl_Probe_Receive(nullptr, &matches);
+        const auto waited = Clock::now() - begin;
+        const int counted = error == SOAP_OK ? reporter.report(matches) : 0;
+        answered = answered || error == SOAP_OK;
+        failures += error != SOAP_OK;
+        count += counted;
+        wasted += counted == 0 ? waited : Clock::duration();
     }
     return answered;
 }
 
-} // namespace
-
-void* ThreadSearch(void*)
-{
-    const bool registered = m_fSearchCallBack != nullptr;
-    LoadDevice(defaultSeconds, defaultRounds);
-    if (registered) { // else the callback may be that of a search that began meanwhile
-        m_pSearchUser = nullptr;
-        m_fSearchCallBack = nullptr;
-    }
-    return nullptr;
-}
-
-int LoadDevice(int recvTimeoutSeconds, int idleRounds)
+int search(int recvTimeoutSeconds, int idleRounds, Reporter reporter)
 {
     DiscoveryLookupBinding proxy(soap_new());
     if (proxy.context() == nullptr)
@@ -99,18 +87,31 @@ int LoadDevice(int recvTimeoutSeconds, int idleRounds)
     d__ProbeMatchesType matches{};
     if (sendProbe(proxy, matches) != SOAP_OK)
         return -1;
-    return listen(proxy, matches, isInRange(idleRounds) ? idleRounds : defaultRounds) ? 0 : -1;
+    const int rounds = isInRange(idleRounds) ? idleRounds : defaultRounds;
+    return listen(proxy, matches, rounds, reporter) ? 0 : -1;
 }
 
-int reportMatches(const d__ProbeMatchesType& matches, AddressReader& addresses)
+/// The application's signals are for its own threads; and each would begin the wait for a datagram anew.
+void blockSignals()
 {
-    int count = 0;
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_BLOCK, &all, nullptr);
+}
+
+} // namespace
+
+Reporter::Reporter(fSearchCallBack callback, void* user) : callback_(callback), user_(user) {}
+
+int Reporter::report(const d__ProbeMatchesType& matches)
+{
     const auto size = static_cast<std::size_t>(matches.__sizeProbeMatch);
+    int count = 0;
     for (const d__ProbeMatchType& match : std::span(matches.ProbeMatch, size)) {
         if (match.XAddrs == nullptr)
             continue;
         SearchDeviceInfo device{};
-        addresses.read(match.XAddrs, device);
+        addresses_.read(match.XAddrs, device);
         if (match.Scopes == nullptr) {
             std::printf("LoadDevice get (*probeMatch)->Scopes == NULL!!");
             continue;
@@ -118,9 +119,36 @@ int reportMatches(const d__ProbeMatchesType& matches, AddressReader& addresses)
         if (match.Scopes->__item != nullptr)
             readScopes(match.Scopes->__item, device);
         ++count;
-        const fSearchCallBack callback = m_fSearchCallBack;
-        if (callback != nullptr && isOwnCamera(device))
-            callback(&device, m_pSearchUser);
+        if (isRegistered() && isOwnCamera(device))
+            callback_(&device, user_);
     }
     return count;
+}
+
+bool Reporter::isRegistered() const
+{
+    return callback_ != nullptr && m_fSearchCallBack == callback_;
+}
+
+void* ThreadSearch(void*)
+{
+    blockSignals();
+    LoadDevice(defaultSeconds, defaultRounds);
+    m_pSearchUser = nullptr;
+    m_fSearchCallBack = nullptr;
+    return nullptr;
+}
+
+void* ThreadSilentSearch(void*)
+{
+    blockSignals();
+    search(defaultSeconds, defaultRounds, {nullptr, nullptr});
+    --g_nSilentSearches;
+    g_nSilentSearches.notify_all();
+    return nullptr;
+}
+
+int LoadDevice(int recvTimeoutSeconds, int idleRounds)
+{
+    return search(recvTimeoutSeconds, idleRounds, {m_fSearchCallBack, m_pSearchUser});
 }

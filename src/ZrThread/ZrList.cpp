@@ -114,7 +114,10 @@ int zr_list_ofchar_free(ZrList* list)
 
 void* zr_list_get_first(ZrList* list, ZrListIterator* it)
 {
-    if (list == nullptr || it == nullptr)
+    if (it == nullptr)
+        return nullptr;
+    *it = {};
+    if (list == nullptr)
         return nullptr;
     *it = {.current = list->head, .prevLink = &list->head, .list = list, .position = 0};
     return elementOf(it->current);
@@ -150,7 +153,7 @@ int zr_list_iterator_add(ZrListIterator* it, void* element, int pos)
     if (count == -1 || where > it->position)
         return count;
     if (where == it->position) // the new node stands in between
-        it->prevLink = &(*it->prevLink)->next;
+        it->prevLink = linkAt(*it->list, where + 1);
     ++it->position;
     return count;
 }

@@ -33,7 +33,7 @@ int zr_list_size(const ZrList* list);
 /// 1 when `pos` lies at or behind the end, else 0.
 int zr_list_eol(const ZrList* list, int pos);
 /// Inserts so that the element comes to stand at `pos`; -1 and positions behind the end append; one below -1 inserts
-/// after the first node. Returns the new count, or -1 when there is no memory.
+/// after the first node, if there is one. Returns the new count, or -1 when there is no memory.
 int zr_list_add(ZrList* list, void* element, int pos);
 /// The element at `pos`; null when there is none.
 void* zr_list_get(const ZrList* list, int pos);

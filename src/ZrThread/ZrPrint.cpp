@@ -14,6 +14,7 @@ void writeStamp(char (&stamp)[stampSize])
 {
     const std::time_t now = std::time(nullptr);
     std::tm local{};
+    tzset(); // the application may have changed it
     localtime_r(&now, &local);
     char whole[80];
     std::snprintf(whole, sizeof whole, "%4d-%02d-%02d %02d:%02d:%02d", local.tm_year + 1900, local.tm_mon + 1,
@@ -25,7 +26,7 @@ void writeStamp(char (&stamp)[stampSize])
 
 int zr_print(const char* format, ...)
 {
-    char message[lineSize];
+    char message[lineSize] = "";
     va_list arguments;
     va_start(arguments, format);
     std::vsnprintf(message, sizeof message, format, arguments);

@@ -8,7 +8,6 @@
 #include "Core/SdkState.h"
 #include "KxSearch/Search.h"
 #include "KxSearch/Search/DiscoveryLookupBinding.h"
-#include "KxSearch/SearchRecord.h"
 #include "soapH.h"
 
 namespace
@@ -34,9 +33,10 @@ public:
         if (send(ends_[0], bytes, size, 0) < 0)
             return; // longer than a datagram
         d__ProbeMatchesType matches{};
-        AddressReader addresses;
         if (proxy_.__dndl_Probe_Receive(nullptr, &matches) == SOAP_OK)
-            reportMatches(matches, addresses);
+            Reporter(m_fSearchCallBack, nullptr).report(matches);
+        if (recv(ends_[0], &matches, 1, MSG_DONTWAIT) >= 0)
+            std::abort(); // nothing makes a search send anything
     }
 
 private:

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include <sys/socket.h>
@@ -30,8 +31,26 @@ namespace
 
 constexpr unsigned deepestXml = 64; // a reply nests 7 levels; each level costs stack
 
-// A burst of answers must fit, 72 of them twice; the runtime sets the buffer to less when it makes the socket.
+// The runtime makes its socket with 64 KiB, which two dozen answers fill. The system may allow less than this; what it
+// usually does is room for all that a search counts.
 constexpr int receiveBufferSize = 1024 * 1024;
+
+constexpr int mostDumps = 256; // of a search, so that a flood of answers does not fill the disk
+
+bool sendsDatagrams(const struct soap& soap)
+{
+    return (soap.omode & SOAP_IO_UDP) != 0;
+}
+
+/// Whether XML begins here, or nothing but blanks is there.
+bool mayBeXml(std::string_view text)
+{
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (text.starts_with(byteOrderMark))
+        text.remove_prefix(byteOrderMark.size());
+    const std::size_t first = text.find_first_not_of(" \t\r\n");
+    return first == std::string_view::npos || text[first] == '<';
+}
 
 } // namespace
 
@@ -45,7 +64,7 @@ DiscoveryLookupBinding::DiscoveryLookupBinding(struct soap* context) : soap_(con
     soap_->namespaces = namespaces;
     soap_->maxlevel = deepestXml;
     soap_->user = this;
-    send_ = std::exchange(soap_->fsend, sendTwice);
+    send_ = std::exchange(soap_->fsend, sendProbes);
     receive_ = std::exchange(soap_->frecv, receiveOneDatagram);
 }
 
@@ -66,9 +85,9 @@ int DiscoveryLookupBinding::__dndl__Probe(d__ProbeType* probe, d__ProbeMatchesTy
 
 int DiscoveryLookupBinding::__dndl_Probe_Start(d__ProbeType* probe, d__ProbeMatchesType*)
 {
+    asking_ = true;
     const int error = soap_send___dndl__Probe(soap_, endpoint.c_str(), nullptr, probe);
-    if (error == SOAP_OK)
-        setsockopt(soap_->socket, SOL_SOCKET, SO_RCVBUF, &receiveBufferSize, sizeof receiveBufferSize);
+    asking_ = false;
     return error;
 }
 
@@ -102,24 +121,37 @@ int DiscoveryLookupBinding::readReply(d__ProbeMatchesType& matches)
 /// used as it stands: where backslashes are nothing special, it names a file of the working directory.
 void DiscoveryLookupBinding::dumpReply()
 {
+    const int number = receiveCount_++;
+    if (number >= mostDumps)
+        return;
     char name[256];
-    std::snprintf(name, sizeof name, "D:\\onvif\\discovery_%d.txt", receiveCount_++);
+    std::snprintf(name, sizeof name, "D:\\onvif\\discovery_%d.txt", number);
     const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(name, "wb"), std::fclose);
     if (file)
         std::fwrite(soap_->buf, 1, strnlen(soap_->buf, soap_->buflen), file.get());
 }
 
-int DiscoveryLookupBinding::sendTwice(struct soap* soap, const char* message, std::size_t length)
+/// Nothing is sent but the Probes: the runtime would answer some datagrams, and could be made to answer anybody.
+int DiscoveryLookupBinding::sendProbes(struct soap* soap, const char* message, std::size_t length)
 {
-    if ((soap->omode & SOAP_IO_UDP) != 0 && soap->peerlen != 0)
-        return sendBothProbes(soap, message, length);
-    return static_cast<DiscoveryLookupBinding*>(soap->user)->send_(soap, message, length);
+    const auto& proxy = *static_cast<const DiscoveryLookupBinding*>(soap->user);
+    if (sendsDatagrams(*soap) && !proxy.asking_)
+        return SOAP_EOF;
+    if (!sendsDatagrams(*soap) || soap->peerlen == 0)
+        return proxy.send_(soap, message, length);
+    setsockopt(soap->socket, SOL_SOCKET, SO_RCVBUF, &receiveBufferSize, sizeof receiveBufferSize);
+    return sendBothProbes(soap, message, length);
 }
 
 /// Ends the message with the datagram: the runtime would go on reading while XML is incomplete, and a datagram that was
-/// cut would swallow the next one.
+/// cut would swallow the next one. Lets XML through only: the runtime would also read HTTP and MIME in a datagram.
 std::size_t DiscoveryLookupBinding::receiveOneDatagram(struct soap* soap, char* buffer, std::size_t size)
 {
     auto& proxy = *static_cast<DiscoveryLookupBinding*>(soap->user);
-    return std::exchange(proxy.datagramRead_, true) ? 0 : proxy.receive_(soap, buffer, size);
+    if (!sendsDatagrams(*soap))
+        return proxy.receive_(soap, buffer, size);
+    if (std::exchange(proxy.datagramRead_, true))
+        return 0;
+    const std::size_t length = proxy.receive_(soap, buffer, size);
+    return mayBeXml({buffer, length}) ? length : 0;
 }

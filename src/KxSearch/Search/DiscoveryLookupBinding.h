@@ -38,11 +38,12 @@ private:
     int readReply(d__ProbeMatchesType& matches);
     void dumpReply();
 
-    static int sendTwice(struct soap* soap, const char* message, std::size_t length);
+    static int sendProbes(struct soap* soap, const char* message, std::size_t length);
     static std::size_t receiveOneDatagram(struct soap* soap, char* buffer, std::size_t size);
 
     struct soap* soap_;
     int receiveCount_ = 0; // numbers the dump files
+    bool asking_ = false;
     bool datagramRead_ = false;
     // The runtime's own way to send and to receive:
     int (*send_)(struct soap*, const char*, std::size_t) = nullptr;

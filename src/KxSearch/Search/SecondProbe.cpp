@@ -1,7 +1,6 @@
 #include "KxSearch/Search/SecondProbe.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -12,8 +11,6 @@
 
 #include "soapStub.h"
 
-// How often a second Probe has been sent. A camera that remembers the messages it has seen takes the next search for
-// a new one, as the last digit of the MessageID differs.
 std::atomic<int> g_nIndex{0};
 
 namespace
