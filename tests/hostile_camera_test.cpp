@@ -3,7 +3,9 @@
 
 #include <cstring>
 #include <filesystem>
+#include <functional>
 #include <iterator>
+#include <memory>
 #include <thread>
 
 #include <malloc.h>
@@ -169,4 +171,50 @@ TEST_F(HostileCamera, StopsWaitingForTheRestOfAReply)
     FtpInfo info{};
     EXPECT_EQ(Kx_Ipc_GetFTP(id, &info), 0);
     EXPECT_STREQ(info.ftpip, ""); // 20 bytes came
+}
+
+namespace
+{
+
+/// A call for both cameras that makes more requests than one; the last of them, by a part of its query.
+struct LaterRequest
+{
+    const char* query;
+    bool toTi;
+    std::function<int(long id)> call;
+};
+
+template <typename Record>
+std::function<int(long)> callWith(int (*get)(long, Record*))
+{
+    return [get](long id) { return get(id, std::make_unique<Record>().get()); };
+}
+
+} // namespace
+
+class LaterRequests : public CameraTest
+{
+};
+
+// What a refused or empty answer does to a first request, CameraCalls.h tells.
+TEST_F(LaterRequests, FailTheCallToo)
+{
+    const LaterRequest requests[] = {
+        {"textenable1.0", false, callWith(Kx_Ipc_GetOSD)},
+        {"textenable1", true, callWith(Kx_Ipc_GetOSD)},
+        {"audioenable", true, callWith(Kx_Ipc_GetAudioConfig)},
+        {"maincodec", true,
+         [](long id) {
+             VideoInfo video{};
+             return Kx_Ipc_GetVideoConfig(id, &video, 1);
+         }},
+    };
+    for (const LaterRequest& request : requests) {
+        for (const std::string& answer : {kxsim::httpReply("", "404 Not Found"), std::string("\0", 1)}) {
+            (request.toTi ? ti : page).replaceReply(request.query, answer);
+            EXPECT_EQ(request.call(request.toTi ? tiId : pageId), -1)
+                << request.query << " " << answer.size();
+        }
+        EXPECT_EQ(request.call(request.toTi ? tiId : pageId), 0) << request.query;
+    }
 }

@@ -52,7 +52,7 @@ expect_unsent() {
 kxcam() { "$bin/kxcam" --host 127.0.0.1 --port "$@"; }
 # tell PORT QUERY: a request that kxcam would not make
 tell() {
-    exec 9<>"/dev/tcp/127.0.0.1/$1"
+    exec 9<>"/dev/tcp/127.0.0.1/$1" || return 1
     printf 'GET /vb.htm?%s HTTP/1.1\r\nAuthorization: Basic %s\r\n\r\n' "$2" "$credentials" >&9
     cat <&9 >/dev/null
     exec 9>&-
@@ -100,7 +100,7 @@ expect 5 'did not keep the new ddnsdomain: given www.x.org, it has \(empty\)' \
 
 # The clock runs: what is read back is not to the second what was given.
 expect 0 'system_datetime_zonename_tz CET ' kxcam "$ti" get clock
-expect 0 'datetimetype 0 -> 1 .*hour [0-9]+ (-> 5|\(as before\)) .*minute [0-9]+ (-> 59|-> 0|\(as before\)) ' \
+expect 0 'datetimetype 0 -> 1 .*hour [0-9]+ (-> [56]|\(as before\)) .*minute [0-9]+ (-> 59|-> 0|\(as before\)) ' \
     kxcam "$ti" set clock system_datetime_datetimetype=1 hour=5 minute=59 second=59
 expect 0 '"date": "20[0-9/]+", .*"hour": [56],' kxcam "$ti" get clock --json
 is_json || fail 'is not JSON'

@@ -69,6 +69,8 @@ TEST_F(UserSettings, TypeIsReadOffTheRawReplies)
         {httpReply("OK user.4=bob\n"), "bob", std::string("\0=5", 3), 0},
         {httpReply("OK user.4=bob\n"), "bob", "Server: a=9\r\n\r\nOK authority.4=12\n", 9},
         {httpReply("OK user.4=bob\n"), "bob", std::string(300, '='), 0},
+        {httpReply("OK user.4=bob\n"), "bob", "a=" + std::string(62, '0') + "12", 1},
+        {httpReply("OK user.4=bob\n"), "bob", "a=" + std::string(300, '9') + "\n", -1},
         {httpReply("OK user.4=bob\n"), "bob", httpReply("", "404 Not Found"), -1},
         {httpReply("OK user.4=bob\r\n"), "bob", httpReply("OK authority.4=12\n"), -1},
         {httpReply("OK user.4=bob"), "bob", httpReply("OK authority.4=12\n"), -1},
@@ -154,8 +156,8 @@ TEST_F(UserSettings, ChangesNeedTheirWordOfConfirmation)
                             return Kx_Ipc_AddUser(id, &account);
                         }};
     for (const auto& call : calls) {
-        for (const auto& [body, result] :
-             {std::pair("OK adduser\nOK deluser\nOK newsetuser\n", 0), std::pair("NG\nOK\n", -1)}) {
+        for (const auto& [body, result] : {std::pair("OK adduser\nOK deluser\nOK newsetuser\n", 0),
+                                           std::pair("NG adduser\nNG deluser\nNG newsetuser\nOK\n", -1)}) {
             ti.replaceReply("user=", httpReply(body));
             EXPECT_EQ(call(tiId), result);
         }

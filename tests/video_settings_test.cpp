@@ -36,7 +36,7 @@ VideoInfo sample(std::uint8_t stream)
     VideoInfo video{};
     video.stream = stream;
     video.enablesubstream = 1;
-    video.enablethirdstream = 1;
+    video.enablethirdstream = 8;
     video.codec = 2;
     video.codecres = 3;
     video.framerate = 25;
@@ -208,7 +208,7 @@ TEST_F(VideoSettings, PagesCarryAStreamEach)
         queries(page),
         ElementsAre(askModel, setGeneral + pictureSize(2),
                     "/vb.htm?page=video.2&thirdcodec=2&framerate3=24&bitrate3=900&ratecontrol3=1&ipratio3=50"
-                    "&enablethirdstream=1&h264thirdprofile=4&thirdsmartstream=6&thirdsmartlevel=7",
+                    "&enablethirdstream=8&h264thirdprofile=4&thirdsmartstream=6&thirdsmartlevel=7",
                     setGeneral + pictureSize(0),
                     "/vb.htm?page=eventstream&enable=1&eventframerate=9&eventbitrate=256&eventiframe=20",
                     "/vb.htm?page=video.0&maincodec=2&framerate1=24&bitrate1=900&ratecontrol1=1&ipratio1=50"
@@ -222,17 +222,20 @@ TEST_F(VideoSettings, PagesCarryAStreamEach)
         VideoInfo video = sample(stream);
         video.codec = 1;
         EXPECT_THAT(sent(Kx_Ipc_SetVideoConfig, video),
-                    testing::ContainsRegex("codec=1&.*&" + std::string(quality[stream]) + "=70&[a-z]*smart"));
+                    testing::AllOf(testing::ContainsRegex("codec=1&.*&" + std::string(quality[stream]) +
+                                                          "=70&[a-z]*smart"),
+                                   testing::Not(testing::HasSubstr("profile"))));
     }
 }
 
 TEST_F(VideoSettings, ATiCameraGetsAllStreamsInOneQuery)
 {
     const std::string main =
-        "&maincodec=2&framerate1=24&bitrate1=900&ratecontrol1=1&ipratio1=50&h264priprofile=4";
+        "&maincodec=1&framerate1=24&bitrate1=900&ratecontrol1=1&ipratio1=50&h264priprofile=4";
     const std::string sub = "&subcodec=2&framerate2=24&bitrate2=900&ratecontrol2=2&ipratio2=50"
                             "&enablesubstream=1&h264secprofile=4";
     VideoInfo videos[] = {sample(0), sample(2), sample(1)};
+    videos[0].codec = 1; // takes the profile all the same
     videos[2].ratecontrol = 0;
     EXPECT_EQ(Kx_Ipc_SetVideoConfig(tiId, videos, 3), 0);
     EXPECT_THAT(queries(ti), ElementsAre(askModel, setGeneral + pictureSize(0) + pictureSize(1), main + sub));
@@ -241,14 +244,15 @@ TEST_F(VideoSettings, ATiCameraGetsAllStreamsInOneQuery)
     ti.setValue("subcodec", "3");
     ti.setValue("maincodec", "2");
     ti.forgetRequests();
-    EXPECT_EQ(Kx_Ipc_SetVideoConfig(tiId, &videos[0], 1), 0);
+    EXPECT_EQ(Kx_Ipc_SetVideoConfig(tiId, &videos[0], 2),
+              0); // the third stream does not stand for the sub stream
     EXPECT_EQ(Kx_Ipc_SetVideoConfig(tiId, &videos[2], 1), 0);
     EXPECT_THAT(queries(ti),
                 ElementsAre(askModel, askGeneral, askCommon + askSub, setGeneral + pictureSize(0),
                             main + "&subcodec=3&enablesubstream=1", askModel, askGeneral, askCommon + askMain,
-                            setGeneral + pictureSize(1), sub + "&maincodec=2"));
+                            setGeneral + pictureSize(1), sub + "&maincodec=1"));
     ti.replaceReply("subcodec", httpReply("404 Not Found"));
-    EXPECT_EQ(sent(Kx_Ipc_SetVideoConfig, sample(0), true), main + "&subcodec=0&enablesubstream=0");
+    EXPECT_EQ(sent(Kx_Ipc_SetVideoConfig, videos[0], true), main + "&subcodec=0&enablesubstream=0");
 }
 
 TEST_F(VideoSettings, ATiCameraHasNoThirdStream)
@@ -402,6 +406,10 @@ TEST_F(VideoSettings, TheCameraGetsTimeToRestartItsEncoder)
 {
     using namespace std::chrono_literals;
     using Clock = std::chrono::steady_clock;
+    EXPECT_EQ(Timing{}.newResolution, 2s);
+    EXPECT_EQ(Timing{}.newEncoding, 5s);
+    EXPECT_EQ(Timing{}.newThirdEncoding, 3s);
+    EXPECT_EQ(Timing{}.oldFirmwareEncoding, 1500ms);
     g_timing.newResolution = 20ms;
     g_timing.newEncoding = 60ms;
     g_timing.newThirdEncoding = 40ms;

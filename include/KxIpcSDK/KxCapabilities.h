@@ -50,7 +50,8 @@ typedef struct ModelGeneralInfo
  * Tells the interface mask (`chipninterface`).
  *
  * @param userId  the session
- * @return bits of #KxInterface; 0 when the camera's answer lacks the key; -1 when the call failed
+ * @return bits of #KxInterface; 0 when the camera's answer lacks the key; -1 when the call failed,
+ *         or when all bits are set: Kx_Ipc_GetChipinterface() tells the two apart
  */
 KX_API int Kx_Ipc_GetAllChipInterface(long userId);
 

@@ -18,7 +18,7 @@
  *   the settings; read them back to be sure. "403 Forbidden" counts as an answer.
  * - Errors: #KX_ERROR_NOT_INITIALISED; #KX_ERROR_UNKNOWN_USER; #KX_ERROR_UNAUTHORISED, #KX_ERROR_NOT_FOUND,
  *   #KX_ERROR_BAD_GATEWAY as the camera answers; #KX_ERROR_NETWORK, also when the process has no descriptor left.
- *   None is set, and -1 returned, for a null record and for an answer that begins with a zero byte.
+ *   None is set, and -1 returned, for a null record and, by gets, for an answer that begins with a zero byte.
  * - Cameras end the lines of an answer with a line feed. Where one ends them with carriage return and line feed, the
  *   carriage return stays in a text, dotted addresses excepted.
  * - Numeric codes without a stated meaning are the camera's own and pass unchanged.

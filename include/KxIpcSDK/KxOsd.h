@@ -3,7 +3,8 @@
  * On-screen display of a camera: a caption and a date stamp on the pictures of each stream.
  *
  * What the top of KxNetwork.h says of all settings calls holds here too, but for captions: they are encoded before
- * they are sent, so a caption may hold blanks, ampersands and any other character. An encoded caption takes up to
+ * they are sent, so a caption may hold blanks, ampersands and any other character but control
+ * characters, which arrive changed. An encoded caption takes up to
  * three characters a byte of the 1022 that one set carries: long captions of all three streams do not fit into one
  * set. Captions are text in the encoding that the camera expects.
  *

@@ -14,7 +14,7 @@ extern "C" {
 /** Why a call failed: the values of Kx_Sdk_GetLastError(). */
 enum KxError
 {
-    KX_ERROR_NONE = 0,            /**< nothing has failed yet */
+    KX_ERROR_NONE = 0, /**< nothing has failed yet, or Kx_Ipc_GetSystemInfo() has cleared the code */
     KX_ERROR_NOT_INITIALISED = 1, /**< Kx_Sdk_Init() has not been called, or Kx_Sdk_Destroy() since */
     KX_ERROR_BUSY = 2,            /**< a search is running already; or a reply that makes no sense */
     KX_ERROR_UNAUTHORISED = 3,    /**< the camera refused user name or password ("401 Unauthorized"); at
@@ -57,8 +57,9 @@ KX_API int Kx_Sdk_Destroy(void);
 /**
  * Tells why the latest failing call failed.
  *
- * There is one code for the whole process. A successful call does not clear it, and a failing call on another
- * thread overwrites it: read it right after a failed call.
+ * There is one code for the whole process. A successful call does not clear it (but for Kx_Ipc_GetSystemInfo() and
+ * KX_Ipc_HasHighFrameInterface(), which do so for all threads), and a failing call on another thread overwrites it: read
+ * it right after a failed call.
  *
  * @return a value of #KxError
  */

@@ -2,7 +2,8 @@
  * @file
  * The camera itself: clock, name, identity and versions, restart, factory settings, online update of the firmware.
  *
- * What the calls of KxNetwork.h have in common holds here too, unless a function says otherwise.
+ * What the calls of KxNetwork.h have in common holds here too, unless a function says otherwise. Of the answer to a
+ * restart or a reset the first 255 bytes are read, headers included.
  */
 #ifndef KXIPCSDK_KXSYSTEM_H
 #define KXIPCSDK_KXSYSTEM_H
@@ -53,7 +54,8 @@ typedef struct SystemInfo
 /**
  * Reads the clock. What the camera does not tell becomes a default: 1970/10/10 12:10:10, no daylight saving time, set by
  * hand, NTP server "pool.ntp.org", time zone "+8" named "CHN". So every field is written, and an answer without any
- * clock gives all defaults.
+ * clock gives all defaults, a "403 Forbidden" too: look before you set the clock from what was read. Values are read as
+ * INI text: blanks, quotes and comments around them go.
  *
  * @param      userId  the session
  * @param[out] info    every field
@@ -123,7 +125,8 @@ KX_API int Kx_Ipc_ResetSystem(long userId);
  * As Kx_Ipc_ResetSystem(), but the camera keeps its network address.
  *
  * @param userId  the session
- * @return 0: the camera confirmed it; -1: it did not (no error is set then), or the request failed
+ * @return 0: the camera confirmed it; -1: it did not (no error is set then), or the request failed. -1 does not prove
+ *         that the camera did nothing
  */
 KX_API int Kx_Ipc_ResetSystemOnlyKeepIp(long userId);
 
@@ -131,7 +134,7 @@ KX_API int Kx_Ipc_ResetSystemOnlyKeepIp(long userId);
  * As Kx_Ipc_ResetSystem(), but the camera keeps its users and their passwords.
  *
  * @param userId  the session
- * @return 0: the camera confirmed it; -1: it did not (no error is set then), or the request failed
+ * @return as Kx_Ipc_ResetSystemOnlyKeepIp()
  */
 KX_API int Kx_Ipc_ResetSystemOnlyKeepUser(long userId);
 
@@ -161,9 +164,9 @@ KX_API int Kx_Ipc_UpdateOnline(long userId, const char* text);
  * Tells how far an online update is.
  *
  * @param      userId    the session
- * @param[out] progress  the camera's error code (`errcode`) if it tells one, else the progress in per cent
- *                       (`updateprogress`); untouched when it tells neither
- * @return 0, also when the camera tells neither; or -1
+ * @param[out] progress  the camera's error code (`errcode`) if it tells one, else the camera's number for the
+ *                       progress (`updateprogress`); untouched when it tells neither
+ * @return 0, also when the camera tells neither or the answer is empty; or -1
  */
 KX_API int Kx_Ipc_GetUpdateOnlineProgress(long userId, int* progress);
 

@@ -9,11 +9,12 @@
  *   control characters, in texts that come from users. A password longer than 30 bytes can not be logged in with, see
  *   Kx_Ipc_Login().
  * - Calls that change an account return 0 only when the camera has confirmed the change. When it answers without the
- *   confirmation, they return -1 and set no error.
+ *   confirmation, they return -1 and set no error. Of the answer the first 255 characters are read, headers included; a
+ *   confirmation behind them counts as missing. So after -1 the change may have been made: read the users back.
  * - #KX_ERROR_FORBIDDEN, with nothing sent: the session is locked against account management. Kx_Ipc_GetUserType(),
  *   Kx_Ipc_ModifyPassword() and Kx_Ipc_PasswordChallenge() do not ask for that.
  * - No text may be null: -1 with no error.
- * - They print a trace of each answer, without its contents, on standard output; the two gets of records do not.
+ * - They print a trace of each answer that is no refusal, without its contents, on standard output; the two gets of records do not.
  *
  * Authorities and privileges are numbers of the camera's own and pass unchanged.
  */
@@ -39,7 +40,8 @@ typedef struct UserAccountInfo
 /** One of a camera's ten user slots. */
 typedef struct UserListEntry
 {
-    char name[136];    /**< user name, at most 32 characters; empty: the slot is free */
+    char name[136];    /**< user name, at most 32 characters; empty: the slot is free, on
+                            cameras that end lines with a line feed */
     uint8_t authority; /**< authority; its low byte, should the camera tell a greater number */
     uint8_t privilege; /**< privilege, likewise */
 } UserListEntry;
@@ -62,8 +64,9 @@ typedef struct SqaInfo
  * carriage return and line feed.
  *
  * @param userId  the session
- * @param name    the user; of a name above 60 characters only the beginning is compared
- * @return the authority, 0 when the camera tells none; or -1, with no error when there is no such user
+ * @param name    the user, not empty; of a name above 60 characters only the beginning is compared
+ * @return the number behind the first "=" of the answer, headers included, which is the authority unless a header holds
+ *         one; 0 when there is none; or -1, with no error when there is no such user
  */
 KX_API int Kx_Ipc_GetUserType(long userId, const char* name);
 
@@ -71,7 +74,7 @@ KX_API int Kx_Ipc_GetUserType(long userId, const char* name);
  * Adds a user (`adduser`).
  *
  * @param     userId   the session
- * @param[in] account  name, password and authority; together with the request's words at most 1022 characters
+ * @param[in] account  name, password and authority
  * @return 0, or -1
  */
 KX_API int Kx_Ipc_AddUser(long userId, const UserAccountInfo* account);
@@ -90,7 +93,8 @@ KX_API int Kx_Ipc_DeleteUser(long userId, const char* name);
  * again in one request (`deluser`, `adduser`).
  *
  * **Only for users that exist**: when the authority can not be had, the user is added with authority -1, and a camera
- * that refuses that has the user deleted. Ask Kx_Ipc_GetUserType() first. The last error may then be set although
+ * that refuses that has the user deleted. Ask Kx_Ipc_GetUserType() first, and see that
+ * the authority it tells can be true. The last error may then be set although
  * this call succeeds.
  *
  * The session keeps the password that it was logged in with. When that user's own password has changed, log in again,
@@ -110,10 +114,12 @@ KX_API int Kx_Ipc_ModifyPassword(long userId, const char* name, const char* pass
  * are read. A long key is cut by that.
  *
  * Errors besides those of all calls: #KX_ERROR_FORBIDDEN as the camera answers; #KX_ERROR_BUSY for an answer that holds
- * no "OK". None is set when the camera closes the connection without an answer.
+ * no "OK". None is set when the camera closes the connection without an answer, or when the process has no descriptor
+ * left.
  *
  * @param      userId     the session
- * @param      publicKey  the application's public key, sent as it stands but for blanks
+ * @param      publicKey  the application's public key, sent as it stands but for blanks; no line breaks, at most about
+ *                        20000 characters
  * @param[out] keyOut     2048 bytes; the key, in which "%%" has become "%". Untouched when the answer has no `key`
  * @param[out] keyIdOut   the key's number. Untouched when the answer has no `keyid`
  * @return 0, or -1 with both untouched
@@ -143,7 +149,8 @@ KX_API int Kx_Ipc_NewSetUser(long userId, const char* name, const char* password
  *
  * @param      userId   the session
  * @param[out] entries  ten entries, filled as far as the requests come
- * @return 0; or -1, with the entries unchanged only when the first request failed
+ * @return 0, also when the second or third answer is empty; or -1, with the entries unchanged only when the first
+ *         request failed
  */
 KX_API int Kx_Ipc_GetAllUser(long userId, UserListEntry* entries);
 

@@ -5,7 +5,7 @@
  * What the top of KxNetwork.h says of all settings calls holds here too. What is different:
  * - A call takes an array of records, each for the stream that its #VideoInfo::stream names, and their count. A count
  *   below the least that a function takes gives -1 without a request and without an error set.
- * - A call makes several requests, and a failed one ends it (see Kx_Ipc_SetVideoConfig() for the exception): a get
+ * - A call makes several requests, and a failed one ends it (see Kx_Ipc_SetVideoConfig() for exceptions): a get
  *   has then filled some fields already, and a camera keeps what it was sent already.
  * - **The sets take their time**: a camera restarts its encoder after each step, and the set waits for it, up to 7
  *   seconds a record. Call them on a thread that may block.
@@ -28,7 +28,8 @@ typedef struct VideoInfo
 {
     uint8_t reserved;          /**< not used */
     uint8_t stream;            /**< 0: main, 1: sub, 2: third; **set it before a get** */
-    uint8_t enablesubstream;   /**< 1: the sub stream is on; sent in a sub record */
+    uint8_t enablesubstream;   /**< 1: the sub stream is on; sent in a sub record, to old firmware
+                                    in every record */
     uint8_t enablethirdstream; /**< 1: the third stream is on; sent in a third record */
     uint8_t codec;             /**< codec code, 0 to 3; 1: JPEG (`maincodec`, `subcodec`, `thirdcodec`) */
     int codecres;              /**< resolution index; old firmware only (`maincodecres`, `subcodecres`) */
@@ -42,9 +43,9 @@ typedef struct VideoInfo
     int height;          /**< picture height in pixels */
     int reserved2;       /**< not used */
     int jpegquality;     /**< JPEG quality (`jpegpriquality`, `jpegsecquality`, `jpegthirdquality`) */
-    int smartstream;  /**< smart stream switch (`smartstreamswitch`, `subsmartstream`, `thirdsmartstream`) */
-    int smartlevel;   /**< smart stream level (`smartstreamlevel`, `subsmartlevel`, `thirdsmartlevel`) */
-    int limited3516a; /**< main record, read only: 1 on cameras with a 3516A chip and memory code 1 */
+    int smartstream; /**< smart stream switch (`smartstreamswitch`, `subsmartstream`, `thirdsmartstream`) */
+    int smartlevel;  /**< smart stream level (`smartstreamlevel`, `subsmartlevel`, `thirdsmartlevel`) */
+    int limited3516a; /**< main record, read only: 1 when the chip's name holds "3516a" and the memory code is 1 */
     int imx274on3516av200; /**< main record, read only: 1 on cameras with that sensor on that chip */
     int platformforweb;    /**< main record, read only: the camera's web platform code */
     int eventstreamenable; /**< 1: event stream on; filled in the first record, sent in a main record */
@@ -55,8 +56,8 @@ typedef struct VideoInfo
 } VideoInfo;
 
 /**
- * Reads the settings of one or more streams, in two requests. Of each answer the first 4095 bytes are read. Asked
- * for more than about 15 streams, those that do not fit into 4095 characters are not asked for.
+ * Reads the settings of one or more streams, in two requests. Of each answer the first 4095 bytes are read. Of
+ * more than about 15 records, what goes beyond 4095 characters is not asked for.
  *
  * @param         userId  the session
  * @param[in,out] videos  records whose `stream` says what to read (above 2: as 0); `reserved`, `codecres` and
@@ -78,16 +79,19 @@ KX_API int Kx_Ipc_GetVideoConfig(long userId, VideoInfo* videos, int count);
  * Cameras of the TI family take all streams in one go (2 seconds). They have no third stream, whose records are
  * passed over, no event stream and no smart stream, always take `profile`, and 1024 as the highest bit rate of the
  * sub stream. As they take main and sub stream together only, what the array lacks of the two is read from the
- * camera and sent back.
+ * camera and sent back. **The result of that reading does not count**: what could not be read is sent as 0, a sub stream
+ * is then off, and this call returns 0 all the same. To be safe, give both.
  *
  * For any other camera, each record is sent by itself: its picture size (2 seconds), then its settings (5 seconds,
- * third stream 3 seconds). A picture size that can not be sent ends the call; when settings can not be sent, the
+ * third stream 3 seconds). The event stream's fields go with the main record; the get fills them in the first record, so
+ * put the main record first, or copy them. A picture size that can not be sent ends the call; when settings can not be sent, the
  * remaining records are sent all the same.
  *
  * @param     userId  the session
  * @param[in] videos  the settings
  * @param     count   how many records, at least 1
- * @return 0; -1 when any request failed or the camera answers nothing to the question for its model
+ * @return 0; -1 when a request failed (but for the reading named above) or the camera answers nothing to the question
+ *         for its model
  */
 KX_API int Kx_Ipc_SetVideoConfig(long userId, const VideoInfo* videos, int count);
 

@@ -164,6 +164,8 @@ int Kx_Ipc_NewSetUser(long userId, const char* name, const char* password, int a
         return -1;
     unsigned char proof[33] = {};
     md5_encry_data(call.password(), proof);
+    if (proof[0] == '\0') // the system forbids it
+        return -1;
     BoundedQuery<2047> query;
     query.add("&checkadminPwd=%s&newsetuser=%s:%s:%d:%d", reinterpret_cast<const char*>(proof), name,
               password, a, b);
