@@ -13,7 +13,7 @@ enum ClockSource
 {
     Ntp = 0,
     ByHand = 1,
-    ByHandFromComputer = 2
+    ByHandToo = 2
 };
 
 /// The clock's section of a camera's answer. What it lacks reads as the default given.
@@ -87,7 +87,7 @@ int Kx_Ipc_GetSystemDate(long userId, DateTimeInfo* info)
     info->system_datetime_daylight = static_cast<std::uint8_t>(clock.number("system_datetime_daylight", 0));
     info->system_datetime_datetimetype =
         static_cast<std::uint8_t>(clock.number("system_datetime_datetimetype", ByHand));
-    constexpr int serverBound = 64; // no camera takes a longer name, whatever the field holds
+    constexpr int serverBound = 64; // the field has room for more, which a set would send
     clock.text("system_datetime_ntp_server_address", info->system_datetime_ntp_server_address, "pool.ntp.org",
                serverBound);
     clock.text("system_datetime_timezone_tz", info->system_datetime_timezone_tz, "+8");
@@ -108,7 +108,7 @@ int Kx_Ipc_SetSystemDate(long userId, const DateTimeInfo* info)
     query.number("system_datetime_datetimetype", info->system_datetime_datetimetype);
     switch (info->system_datetime_datetimetype) {
     case ByHand:
-    case ByHandFromComputer:
+    case ByHandToo:
         addDateAndTime(query, *info);
         break;
     case Ntp:
