@@ -14,6 +14,11 @@ struct Timing
     Milliseconds accountConnect{
         5'000}; // as connect and firstReply, for the requests of the account management
     Milliseconds accountReply{5'000};
+    Milliseconds transferConnect{
+        5'000}; // the same for downloads; an upload waits for its reply as long as a camera
+    Milliseconds transferReply{5'000}; // may need to check a firmware, and as long for it to take each piece
+    Milliseconds uploadReply{180'000};
+    Milliseconds watchPause{250};      // until the watcher of a transfer that waits is asked again
     Milliseconds stalledReply{60'000}; // between two pieces of a reply; what came until then is the reply
     Microseconds retry{200};           // before a failed read or an empty write is tried again
     Milliseconds streamWorker{50};     // between two rounds of the stream-opening worker
