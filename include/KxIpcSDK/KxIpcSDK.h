@@ -23,6 +23,7 @@
 #include <KxIpcSDK/KxNetwork.h>
 #include <KxIpcSDK/KxSdk.h>
 #include <KxIpcSDK/KxSdkLog.h>
+#include <KxIpcSDK/KxStorage.h>
 #include <KxIpcSDK/KxUsers.h>
 
 #endif
