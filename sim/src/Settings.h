@@ -24,6 +24,8 @@ public:
     /// Changes the value of a key that the camera has; false when it lacks the key.
     bool keep(std::string_view key, std::string_view value);
 
+    const auto& all() const { return values_; }
+
 private:
     std::map<std::string, std::string, std::less<>> values_;
 };

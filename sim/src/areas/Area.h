@@ -68,13 +68,48 @@ struct Page
     std::vector<std::string> (*answer)(Settings& settings, std::string_view query); ///< lines, as above
 };
 
+/// What a file means to the camera.
+enum class Content
+{
+    Plain,
+    Configuration, ///< the camera's settings, under the heading "[param]"
+    Firmware       ///< installed; the version follows from a first line "firmware VERSION"
+};
+
+/// A target that takes a file.
+struct Upload
+{
+    std::string_view target;
+    std::string_view place; ///< where the file is kept; after a last '/' under its own name
+    Content content = Content::Plain;
+    unsigned chips = AnyChip;
+};
+
+/// A target that hands out a file.
+struct Download
+{
+    std::string_view target; ///< its beginning
+    std::string_view place;  ///< of the file; empty or with a last '/': the rest of the target completes it
+    Content content = Content::Plain;
+};
+
+/// A file of a camera fresh from the factory.
+struct StoredFile
+{
+    std::string_view path;
+    std::string_view content;
+};
+
 struct Area
 {
-    std::span<const Setting> settings;
+    std::span<const Setting> settings = {};
     std::span<const SetRule> setRules = {};
     std::span<const Command> commands = {};
     std::span<const Action> actions = {};
     std::span<const Page> pages = {};
+    std::span<const Upload> uploads = {};
+    std::span<const Download> downloads = {};
+    std::span<const StoredFile> files = {};
 };
 
 /// A set rule for a value that is read back under another name.
@@ -86,6 +121,7 @@ bool keepAs(Settings& settings, const std::string& value)
 
 extern const Area networkArea;
 extern const Area systemArea;
+extern const Area transferArea;
 extern const Area usersArea;
 
 } // namespace kxsim
