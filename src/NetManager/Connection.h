@@ -45,6 +45,9 @@ public:
     /// long as for a reply. False as above.
     bool sendAll(std::string_view bytes);
 
+    /// Breaks off: what is still under way to the camera is not waited for on close, and the camera is told.
+    void abandon() { setLinger(socket_, 0); }
+
     /// Waits for the reply and hands it to the sink, to its end or until the sink has enough. Sets no code.
     ReplyEnd receive(ReplySink& sink);
 

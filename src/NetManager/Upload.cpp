@@ -123,7 +123,9 @@ int UploadFile(const char* url, const char* localPath, const char* user, const c
     const std::string_view part = composePartHeader(partBuffer, localPath);
     const std::string_view head =
         composeHead(headBuffer, path, user, password, part.size() + file.size() + closing.size());
-    const bool sent = camera.sendAll(head) && camera.sendAll(part) && sendFile(camera, file, watch) &&
-                      camera.sendAll(closing);
-    return sent && isAccepted(camera, watch);
+    const bool accepted = camera.sendAll(head) && camera.sendAll(part) && sendFile(camera, file, watch) &&
+                          camera.sendAll(closing) && isAccepted(camera, watch);
+    if (!accepted)
+        camera.abandon();
+    return accepted;
 }
