@@ -56,6 +56,8 @@ processor time of the client's thread       | cpu/request/sdk          | libcurl
 time until the reply is there               | real/request/sdk         | floor        | real/request/floor
 time until the reply is there               | real/request/sdk         | libcurl easy | real/request/curl
 requests per second, 64 threads and cameras | rate/crowd/sdk           | floor        | rate/crowd/floor
+An upload of 9 MB to a simulated camera
+time until the camera has confirmed it      | real/upload/sdk          | curl -F      | real/upload/curl           | <= 2.00
 ROWS
     for size in 1 20; do
         readers "a $size KB reply of lines \"OK key=value\"" ok "$size" KxSscanf KxSscanf

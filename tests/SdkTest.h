@@ -2,7 +2,10 @@
 #pragma once
 
 #include <cstring>
+#include <filesystem>
+#include <iterator>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -23,6 +26,10 @@ inline Timing shortTiming()
             .firstReply = 60ms,
             .accountConnect = 60ms,
             .accountReply = 60ms,
+            .transferConnect = 60ms,
+            .transferReply = 60ms,
+            .uploadReply = 60ms,
+            .watchPause = 5ms,
             .stalledReply = 60ms,
             .retry = 10us,
             .streamWorker = 1ms,
@@ -38,6 +45,19 @@ inline Timing timingWithoutPauses()
 {
     using namespace std::chrono_literals;
     return {.newResolution = 0ms, .newEncoding = 0ms, .newThirdEncoding = 0ms, .oldFirmwareEncoding = 0ms};
+}
+
+inline std::size_t openDescriptors()
+{
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
+}
+
+/// Waits for the camera's own side of closed connections, which this process holds too.
+inline bool descriptorsFallTo(std::size_t wanted)
+{
+    for (int i = 0; i < 400 && openDescriptors() > wanted; ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    return openDescriptors() <= wanted;
 }
 
 /// Writes a text into a record's field.

@@ -89,6 +89,14 @@ std::string requestFor(const std::string& target, const std::string& headers = a
     return "GET " + target + " HTTP/1.1\r\nHost: camera\r\n" + headers + "\r\n";
 }
 
+/// A request that sends a form whose parts are divided by "--x".
+std::string uploadOf(const std::string& body, const std::string& target, const std::string& boundary = "x")
+{
+    return "POST " + target + " HTTP/1.1\r\n" + asAdmin +
+           "Content-Type: multipart/form-data; boundary=" + boundary +
+           "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+}
+
 std::string ask(const SimCamera& camera, const std::string& request)
 {
     Client client(camera);
@@ -314,6 +322,64 @@ TEST(SimCamera, MisbehavesAsToldUntilTheFaultIsCleared)
     expectFault({.kind = Kind::Slow, .bytes = 20, .pause = 2ms}, End::Closed, taken, 200, "new");
     expectFault({.kind = Kind::Slow, .bytes = 20, .pause = 1h}, End::Open, taken.substr(0, 20), 200, "new");
     expectFault({.kind = Kind::Endless}, End::Open, endless, 200, "new");
+}
+
+TEST(SimCamera, KeepsAFileThatComesInAProperForm)
+{
+    const auto part = [](const std::string& name) {
+        return "--x\r\nContent-Disposition: form-data; name=\"" + name + "\"; filename=\"f\"\r\n\r\n";
+    };
+    const std::string form = part("file") + "a\r\n\r\nb\r\n--x--\r\n";
+    const struct
+    {
+        const char* target;
+        std::string body;
+        const char* status;
+        const char* boundary = "x";
+    } rows[] = {
+        {"/dataloader.cgi?up=sd", form, "200 OK"},
+        {"/dataloader.cgi?up=bogus", form, "404 Not Found"},
+        {"/dataloader.cgi?up=cfg", form, "404 Not Found"}, // another family's
+        {"/dataloader.cgi?up=sd", form, "400 Bad Request", "y"},
+        {"/dataloader.cgi?up=sd", form + "more", "400 Bad Request"},
+        {"/dataloader.cgi?up=sd", form.substr(0, form.size() - 4), "400 Bad Request"},
+        {"/dataloader.cgi?up=sd", part("other") + "\r\n--x--\r\n", "400 Bad Request"},
+        {"/dataloader.cgi?up=sd", "--x\r\n\r\n--x--\r\n", "400 Bad Request"},
+        {"/dataloader.cgi?up=sd", "", "400 Bad Request"},
+    };
+    for (const auto& row : rows) {
+        const SimCamera camera;
+        const bool good = row.status == std::string("200 OK");
+        EXPECT_THAT(ask(camera, uploadOf(row.body, row.target, row.boundary)),
+                    StartsWith(std::string("HTTP/1.1 ") + row.status))
+            << row.target << row.body;
+        EXPECT_EQ(camera.file("/sd/f"), good ? std::optional<std::string>("a\r\n\r\nb") : std::nullopt);
+        EXPECT_EQ(camera.requests().front().body, row.body);
+    }
+    const SimCamera camera;
+    const std::string whole = uploadOf(form, "/dataloader.cgi?up=sd");
+    Client(camera).send(whole.substr(0, whole.size() - 1)); // and leaves
+    EXPECT_THAT(ask(camera, uploadOf(form, "/dataloader.cgi?up=sd")), HasSubstr("200 OK"));
+    EXPECT_THAT(camera.requests(), SizeIs(1));
+}
+
+TEST(SimCamera, ActsOnTheFilesItIsSent)
+{
+    const SimCamera camera({.restartTime = 0ms});
+    const auto send = [&](const std::string& target, const std::string& content) {
+        ask(camera, uploadOf("--x\r\nContent-Disposition: form-data; name=\"file\"; filename=\"f\"\r\n\r\n" +
+                                 content + "\r\n--x--\r\n",
+                             target));
+    };
+    send("/update.cgi", "firmware 2.1.0\n...");
+    EXPECT_EQ(camera.value("softversion"), "2.1.0");
+    send("/uploadpara.cgi", "[param]\nftpip=10.0.0.9\nproductmodel=other\nbogus=1\npassword.0=stolen\n");
+    EXPECT_EQ(camera.value("ftpip"), "10.0.0.9");
+    EXPECT_EQ(camera.value("productmodel"), "KX-C200T");
+    EXPECT_THAT(ask(camera, requestFor("/dataloader.cgi?dw=cfg")),
+                AllOf(StartsWith("HTTP/1.1 200 OK\nContent-Type:"), HasSubstr("filename=\"config.ini\"\n"),
+                      HasSubstr("\n\n[param]\n"), HasSubstr("\nftpip=10.0.0.9\n"),
+                      Not(HasSubstr("password.0"))));
 }
 
 TEST(SimCamera, FaultsHitOnlyTheRequestsTheyAreFor)

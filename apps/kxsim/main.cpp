@@ -33,6 +33,7 @@ const std::map<std::string, Kind> faultsByName{
     {"endless", Kind::Endless},
     {"garbage", Kind::Garbage},
     {"empty", Kind::EmptyReply},
+    {"mismatch", Kind::Mismatch},
     {"status", Kind::Status},
 };
 

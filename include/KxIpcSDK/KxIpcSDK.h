@@ -28,6 +28,7 @@
 #include <KxIpcSDK/KxSdk.h>
 #include <KxIpcSDK/KxSdkLog.h>
 #include <KxIpcSDK/KxSearch.h>
+#include <KxIpcSDK/KxStorage.h>
 #include <KxIpcSDK/KxSystem.h>
 #include <KxIpcSDK/KxUsers.h>
 #include <KxIpcSDK/KxVideo.h>

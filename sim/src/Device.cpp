@@ -86,6 +86,13 @@ std::string joined(const std::vector<std::string>& lines, const std::string& lin
     return text;
 }
 
+// A place that names a directory, or nothing, needs a name.
+std::string completed(std::string_view place, std::string_view name)
+{
+    const bool whole = !place.empty() && !place.ends_with('/');
+    return whole ? std::string(place) : std::string(place) + std::string(name);
+}
+
 Device::Answer notFound()
 {
     return {404, statusText(404)};
@@ -96,7 +103,7 @@ Device::Answer notFound()
 Device::Device(const CameraOptions& options) : lineEnd_(options.lineEnd), chip_(chipOf(options.model))
 {
     for (const Area* area : {&systemArea, &usersArea, &clockArea, &updateArea, &capabilitiesArea,
-                             &networkArea, &videoArea, &audioArea, &osdArea})
+                             &networkArea, &videoArea, &audioArea, &osdArea, &transferArea})
         add(*area);
     settings_.put("productmodel", options.model);
     setOwnUser(settings_, options.user, options.password);
@@ -135,6 +142,13 @@ void Device::add(const Area& area)
         inquiries_.emplace(inquiry.word, &inquiry);
     for (const Action& action : area.actions)
         actions_.push_back(&action);
+    for (const Upload& upload : area.uploads)
+        if (upload.chips & chip_)
+            uploads_.push_back(&upload);
+    for (const Download& download : area.downloads)
+        downloads_.push_back(&download);
+    for (const StoredFile& file : area.files)
+        files_.emplace(file.path, file.content);
 }
 
 bool Device::admits(std::string_view authorization) const
@@ -145,6 +159,9 @@ bool Device::admits(std::string_view authorization) const
 Device::Answer Device::answer(std::string_view target)
 {
     const auto [path, query] = splitAt(target, '?');
+    for (const Download* download : downloads_)
+        if (target.starts_with(download->target))
+            return handOut(*download, target.substr(download->target.size()));
     const auto [key, value] = splitAt(query.substr(0, query.find('&')), '=');
     const bool named = key == "action";
     for (const Action* action : actions_)
@@ -222,6 +239,61 @@ std::optional<std::string> Device::run(std::string_view word)
         return "NG " + std::string(word);
     apply(command->second->effect);
     return "OK " + std::string(word);
+}
+
+Device::Answer Device::answerUpload(std::string_view target, const std::optional<UploadedFile>& file)
+{
+    for (const Upload* upload : uploads_) {
+        if (upload->target != target)
+            continue;
+        if (!file)
+            return {400, statusText(400)};
+        files_.insert_or_assign(completed(upload->place, file->name), file->content);
+        if (upload->content == Content::Configuration)
+            configure(file->content);
+        else if (upload->content == Content::Firmware)
+            install(file->content);
+        return {200, "OK upload\n"};
+    }
+    return notFound();
+}
+
+Device::Answer Device::handOut(const Download& download, std::string_view name) const
+{
+    const std::string path = completed(download.place, name);
+    const std::string fileName = path.substr(path.rfind('/') + 1);
+    if (download.content == Content::Configuration)
+        return {200, configuration(), fileName};
+    const auto file = files_.find(path);
+    return file != files_.end() ? Answer{200, file->second, fileName} : notFound();
+}
+
+std::string Device::configuration() const
+{
+    std::string text = "[param]\n";
+    for (const auto& [key, value] : settings_.all())
+        if (!readOnly_.contains(key))
+            text.append(key).append("=").append(value).append("\n");
+    return text;
+}
+
+void Device::configure(std::string_view configuration)
+{
+    while (!configuration.empty()) {
+        const auto [line, rest] = splitAt(configuration, '\n');
+        const auto [key, value] = splitAt(line, '=');
+        if (!readOnly_.contains(key))
+            settings_.keep(key, value);
+        configuration = rest;
+    }
+}
+
+void Device::install(std::string_view firmware)
+{
+    constexpr std::string_view opening = "firmware ";
+    if (firmware.starts_with(opening))
+        settings_.put("softversion", splitAt(firmware.substr(opening.size()), '\n').first);
+    apply(Effect::Restart);
 }
 
 void Device::apply(Effect effect)

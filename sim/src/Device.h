@@ -2,6 +2,7 @@
 #pragma once
 
 #include "KxSim/SimCamera.h"
+#include "MultipartForm.h"
 #include "Settings.h"
 #include "areas/Area.h"
 
@@ -28,6 +29,7 @@ public:
     {
         int status = 200;
         std::string body;
+        std::string fileName{}; ///< of the file that is the body, if it is one
     };
     /// Whether these credentials ("Basic ...") are those of a user.
     bool admits(std::string_view authorization) const;
@@ -35,8 +37,11 @@ public:
     Answer answer(std::string_view target);
     /// Whether the camera restarts after the latest answer; asked once.
     bool takeRestart() { return std::exchange(restarting_, false); }
+    /// Answers a request target to which a file was sent; nothing stands for what is no proper form.
+    Answer answerUpload(std::string_view target, const std::optional<UploadedFile>& file);
 
     Settings& settings() { return settings_; }
+    std::map<std::string, std::string, std::less<>>& files() { return files_; }
 
 private:
     void add(const Area& area);
@@ -53,6 +58,11 @@ private:
     void reset(Keep keep);
     bool take(std::string_view page, std::string_view key, const std::string& value);
 
+    Answer handOut(const Download& download, std::string_view name) const;
+    std::string configuration() const;
+    void configure(std::string_view configuration);
+    void install(std::string_view firmware);
+
     std::string lineEnd_;
     Chip chip_;
     Settings settings_;
@@ -66,6 +76,9 @@ private:
     std::map<std::string_view, const Command*> commands_;
     std::map<std::string_view, const Inquiry*> inquiries_;
     std::vector<const Action*> actions_;
+    std::vector<const Upload*> uploads_;
+    std::vector<const Download*> downloads_;
+    std::map<std::string, std::string, std::less<>> files_; ///< by path
 };
 
 } // namespace kxsim

@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <future>
 #include <string_view>
 #include <utility>
@@ -30,6 +31,7 @@ using asio::ip::tcp;
 using namespace std::chrono_literals;
 
 constexpr std::size_t longestHead = 64 * 1024;
+constexpr std::size_t longestBody = 64 * 1024 * 1024;
 constexpr std::string_view blankLine = "\r\n\r\n";
 
 bool clientIsThere(tcp::socket& socket)
@@ -47,17 +49,29 @@ asio::awaitable<void> leaveUnread(tcp::socket& socket)
         co_await pauseFor(50ms);
 }
 
-// Empty when the client leaves first, as a mere reachability probe does.
-asio::awaitable<std::string> readHead(tcp::socket& socket)
+// Reads a head, and maybe more behind it; its length. 0 when the client leaves first, as a mere reachability probe does.
+asio::awaitable<std::size_t> readHead(tcp::socket& socket, std::string& input)
 {
-    std::string input;
     asio::error_code error;
     const std::size_t length =
         co_await asio::async_read_until(socket, asio::dynamic_buffer(input, longestHead), blankLine,
                                         asio::redirect_error(asio::use_awaitable, error));
-    if (error != asio::error::not_found) // which stands for: as long as may be, and no blank line
-        input.resize(length);
-    co_return input;
+    co_return error == asio::error::not_found ? input.size() : length; // as long as may be, and no blank line
+}
+
+// What a head tells of its body, which there is none of in most cases.
+std::size_t bodyLength(std::string_view head)
+{
+    const std::string length = headerOf(head, "Content-Length");
+    return length.empty() ? 0 : std::strtoull(length.c_str(), nullptr, 10);
+}
+
+// Fills up a body of which the beginning is there. A client that leaves before its end breaks the connection.
+asio::awaitable<void> readRest(tcp::socket& socket, std::string& body, std::size_t length)
+{
+    const std::size_t there = std::min(body.size(), length);
+    body.resize(length);
+    co_await asio::async_read(socket, asio::buffer(body) + there, asio::use_awaitable);
 }
 
 asio::awaitable<void> discardInput(tcp::socket& socket)
@@ -173,9 +187,10 @@ void HttpServer::updateDoor()
 
 void HttpServer::restart(const Tcp::socket& survivor, std::chrono::milliseconds outage)
 {
+    asio::error_code alreadyGone;
     for (Tcp::socket* guest : guests_)
         if (guest != &survivor)
-            guest->close();
+            guest->close(alreadyGone);
     if (outage <= 0ms)
         return;
     ++restarts_;
@@ -245,11 +260,17 @@ asio::awaitable<void> HttpServer::serve(Tcp::socket socket)
     socket.set_option(Tcp::no_delay(true)); // pieces are to arrive as pieces
     if (!handler_.accepted())
         co_return co_await leaveUnread(socket);
-    const std::string head = co_await readHead(socket);
-    if (head.empty())
+    std::string input;
+    const std::size_t headLength = co_await readHead(socket, input);
+    if (headLength == 0)
         co_return;
-    const bool complete = head.ends_with(blankLine);
-    const Delivery delivery = complete ? handler_.answer(head) : Delivery{renderReply(400, statusText(400))};
+    const std::string head = input.substr(0, headLength);
+    Delivery delivery{renderReply(400, statusText(400))};
+    if (const std::size_t length = bodyLength(head); head.ends_with(blankLine) && length <= longestBody) {
+        input.erase(0, headLength);
+        co_await readRest(socket, input, length);
+        delivery = handler_.answer(head, input);
+    }
     if (delivery.outage)
         restart(socket, *delivery.outage);
     co_await deliver(socket, delivery);

@@ -48,8 +48,8 @@ public:
     virtual Door door() = 0;
     /// A connection has come; false: its requests stay unread.
     virtual bool accepted() = 0;
-    /// A request head has come, blank line included.
-    virtual Delivery answer(const std::string& head) = 0;
+    /// A request has come, its head with the blank line.
+    virtual Delivery answer(const std::string& head, const std::string& body) = 0;
 
 protected:
     ~HttpHandler() = default;

@@ -78,6 +78,16 @@ std::string renderReply(int status, std::string_view body, bool tellLength)
     return assemble(statusText(status), headers, body);
 }
 
+std::string renderFile(std::string_view name, std::string_view body, bool tellLength)
+{
+    std::string reply = "HTTP/1.1 200 OK\nContent-Type: application/octet-stream\n"
+                        "Content-Disposition: attachment; filename=\"";
+    reply.append(name).append("\"\n");
+    if (tellLength)
+        reply.append("Content-Length: ").append(std::to_string(body.size())).append("\n");
+    return reply.append("Connection: close\n\n").append(body);
+}
+
 int statusOf(std::string_view reply)
 {
     constexpr std::string_view start = "HTTP/1.1 ";

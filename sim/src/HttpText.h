@@ -13,6 +13,9 @@ std::string statusText(int status);
 /// A well-formed reply. Without `tellLength` it has no Content-Length and ends with the connection.
 std::string renderReply(int status, std::string_view body, bool tellLength = true);
 
+/// A reply whose body is a file. Unlike its other replies, the camera ends the lines of its header with bare line feeds.
+std::string renderFile(std::string_view name, std::string_view body, bool tellLength = true);
+
 /// The status that a reply's first line tells, or 0 when these bytes do not begin with one.
 int statusOf(std::string_view reply);
 

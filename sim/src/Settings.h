@@ -34,6 +34,7 @@ public:
 
     /// A line of a reply for each of these keys that the camera has.
     std::vector<std::string> lines(std::span<const std::string_view> keys, LineStyle line = plain) const;
+    const auto& all() const { return values_; }
 
 private:
     std::map<std::string, std::string, std::less<>> values_;

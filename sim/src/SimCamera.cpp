@@ -38,6 +38,11 @@ bool contains(const std::string& text, const std::string& part)
     return text.find(part) != std::string::npos;
 }
 
+bool isUpload(const Request& request)
+{
+    return request.text.starts_with("POST ");
+}
+
 Delivery delivered(std::string reply, const Fault& fault)
 {
     switch (fault.kind) {
@@ -93,7 +98,7 @@ public:
 private:
     Door door() override;
     bool accepted() override;
-    Delivery answer(const std::string& head) override;
+    Delivery answer(const std::string& head, const std::string& body) override;
 
     Fault takeFault(const std::string& target);
     std::optional<std::string> takeReplacement(const std::string& target);
@@ -174,9 +179,9 @@ bool SimCamera::Impl::accepted()
     return fault_.kind != Kind::SilentBefore;
 }
 
-Delivery SimCamera::Impl::answer(const std::string& head)
+Delivery SimCamera::Impl::answer(const std::string& head, const std::string& body)
 {
-    Request request{head, targetOf(head)};
+    Request request{head, targetOf(head), body};
     Delivery delivery;
     std::function<void(const Request&)> listener;
     {
@@ -226,6 +231,10 @@ std::string SimCamera::Impl::replyTo(const Request& request, const Fault& fault)
         return garbage();
     case Kind::Status:
         return renderReply(fault.status, statusText(fault.status));
+    case Kind::Mismatch:
+        if (isUpload(request))
+            return renderReply(200, "5 mismatch\n");
+        break;
     default:
         break;
     }
@@ -241,8 +250,13 @@ std::string SimCamera::Impl::regularReply(const Request& request, bool tellLengt
         answer = {401, statusText(401)};
     else if (request.target.empty())
         answer = {400, statusText(400)};
+    else if (isUpload(request))
+        answer = device_.answerUpload(request.target,
+                                      uploadedFile(headerOf(request.text, "Content-Type"), request.body));
     else
         answer = device_.answer(request.target);
+    if (!answer.fileName.empty())
+        return renderFile(answer.fileName, answer.body, tellLength);
     return renderReply(answer.status, answer.body, tellLength);
 }
 
@@ -273,6 +287,19 @@ void SimCamera::setValue(const std::string& key, const std::string& value)
 void SimCamera::removeValue(const std::string& key)
 {
     impl_->withDevice([&](Device& device) { device.settings().remove(key); });
+}
+
+std::optional<std::string> SimCamera::file(const std::string& path) const
+{
+    return impl_->withDevice([&](Device& device) -> std::optional<std::string> {
+        const auto found = device.files().find(path);
+        return found != device.files().end() ? std::optional(found->second) : std::nullopt;
+    });
+}
+
+void SimCamera::putFile(const std::string& path, const std::string& content)
+{
+    impl_->withDevice([&](Device& device) { device.files().insert_or_assign(path, content); });
 }
 
 void SimCamera::setFault(const Fault& fault)

@@ -28,18 +28,6 @@ ExchangeRules accountRules(std::atomic<int>& failedReads)
             .manner = Manner::NonBlocking};
 }
 
-/// Writes the whole request, as far as it fits; the text lies in the buffer.
-std::string_view compose(char (&buffer)[requestSize], std::string_view target, std::string_view query,
-                         const UserInfo& session)
-{
-    BoundedText request(buffer, sizeof buffer);
-    request.add("GET ");
-    request.add(target);
-    addQuery(request, query);
-    addHeaders(request, session);
-    return request.text();
-}
-
 } // namespace
 
 int DoRequestForChallenge(UserInfo* session, const char* publicKey, char* reply, int replySize)
@@ -54,7 +42,7 @@ int DoRequestForChallenge(UserInfo* session, const char* publicKey, char* reply,
     char buffer[requestSize];
     ExchangeRules rules = accountRules(nReadTimes);
     rules.goodReply = "OK";
-    return exchange(*address, compose(buffer, "/challenge?PublicKeytool=", publicKey, *session), reply,
+    return exchange(*address, composeGet(buffer, "/challenge?PublicKeytool=", publicKey, *session), reply,
                     replySize, rules);
 }
 
@@ -68,6 +56,6 @@ int DoRequestForPassword(UserInfo* session, const char* query, char* reply, int 
         return failWith(KX_ERROR_NETWORK);
 
     char buffer[requestSize];
-    return exchange(*address, compose(buffer, "/vb.htm?language=ie", query, *session), reply, replySize,
+    return exchange(*address, composeGet(buffer, "/vb.htm?language=ie", query, *session), reply, replySize,
                     accountRules(nReadTimes));
 }

@@ -1,118 +1,28 @@
 #include "NetManager/Exchange.h"
 
-#include <algorithm>
-#include <cerrno>
 #include <cstring>
-#include <thread>
 
-#include <sys/socket.h>
+#include "NetManager/TransferWatch.h"
 
-#include "Core/Timing.h"
-#include "NetManager/Socket.h"
-
-namespace
+bool ReplyBuffer::take(std::string_view bytes)
 {
-
-constexpr int toleratedReadErrors = 5; // in a row; the next one ends the reading
-
-bool startConnect(const FileDescriptor& socket, const sockaddr_in& address)
-{
-    return ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    const std::size_t before = kept().size();
+    std::memcpy(buffer_ + before, bytes.data(), std::min(bytes.size(), room_ - before));
+    received_ += bytes.size();
+    const bool goesOn = watch_ == nullptr || watch_->advance(bytes.size());
+    return goesOn && received_ <= room_;
 }
 
-/// A connect that no camera can stretch beyond the limit, which a blocking one could. A refusal is not told here: it
-/// shows when the request is sent.
-bool connectWithin(const FileDescriptor& socket, const sockaddr_in& address, std::chrono::milliseconds limit)
+ReplyEnd converse(const sockaddr_in& address, std::string_view request, ReplySink& reply,
+                  const ExchangeRules& rules)
 {
-    setSendLimit(socket, limit);
-    if (startConnect(socket, address))
-        return true;
-    if (errno == EINTR) // the attempt goes on
-        return waitFor(socket, Writable | Exception, limit) != Wait::TimedOut;
-    return errno != EINPROGRESS;
-}
-
-/// Cameras take a request that starts again after a partial write, so each attempt writes it from its first byte. The
-/// send buffer nearly always takes a whole request at once. Where it does not, a camera that reads nothing for the
-/// limit fails the request.
-bool sendWhole(const FileDescriptor& socket, std::string_view request, std::chrono::milliseconds limit)
-{
-    std::size_t total = 0;
-    while (total < request.size()) {
-        const ssize_t written = ::send(socket.get(), request.data(), request.size(), MSG_NOSIGNAL);
-        if (written > 0)
-            total += static_cast<std::size_t>(written);
-        else if (written == 0)
-            std::this_thread::sleep_for(g_timing.retry);
-        else if (errno != EINTR || waitFor(socket, Writable, limit) == Wait::TimedOut)
-            return false; // a signal must not begin the limit anew for ever, hence the wait
-    }
-    return true;
-}
-
-/// Connects and sends; false when the camera lets either wait too long or breaks the connection.
-bool deliver(const FileDescriptor& socket, const sockaddr_in& address, std::string_view request,
-             const ExchangeRules& rules)
-{
-    if (rules.manner == Manner::Blocking)
-        return connectWithin(socket, address, rules.connectWait) &&
-               sendWhole(socket, request, rules.connectWait);
-    startConnect(socket, address);
-    const Wait outcome = waitFor(socket, Readable | Writable | Exception, rules.connectWait);
-    return outcome != Wait::TimedOut && outcome != Wait::Failed &&
-           ::send(socket.get(), request.data(), request.size(), MSG_NOSIGNAL) >= 0;
-}
-
-/// Waits for the reply to begin.
-Wait awaitReply(const FileDescriptor& socket, const ExchangeRules& rules)
-{
-    if (rules.manner == Manner::Blocking)
-        return waitFor(socket, Readable | Exception, rules.replyWait);
-    const Wait outcome = waitFor(socket, Readable, rules.replyWait);
-    return outcome == Wait::Failed ? Wait::TimedOut : outcome;
-}
-
-/// Counts a failed read; true when the reading must end.
-bool readFailedForGood(const FileDescriptor& socket, const ExchangeRules& rules)
-{
-    if (errno == EAGAIN && rules.manner == Manner::Blocking) // nothing came within the limit
-        return true;
-    if (errno == EINTR || errno == EAGAIN)
-        return waitFor(socket, Readable, g_timing.stalledReply) != Wait::Ready;
-    if (rules.failedReads.fetch_add(1) >= toleratedReadErrors)
-        return true;
-    std::this_thread::sleep_for(g_timing.retry);
-    return false;
-}
-
-/// All threads share the counter: it is written only when that changes it.
-void forgetFailedReads(std::atomic<int>& failedReads)
-{
-    if (failedReads.load(std::memory_order_relaxed) != 0)
-        failedReads.store(0, std::memory_order_relaxed);
-}
-
-/// Reads until the camera closes the connection, the reply is full or reads go on failing; returns the number of bytes
-/// that came. A reply may take as long as it likes, but when nothing more comes for a long time it is taken to be
-/// complete: no camera holds a call for ever.
-std::size_t receive(const FileDescriptor& socket, std::span<char> reply, const ExchangeRules& rules)
-{
-    char chunk[4096];
-    std::size_t total = 0;
-    setReceiveLimit(socket, g_timing.stalledReply);
-    while (total < reply.size()) {
-        const ssize_t count = ::recv(socket.get(), chunk, sizeof chunk, 0);
-        if (count == 0 || (count < 0 && readFailedForGood(socket, rules)))
-            break;
-        if (count < 0)
-            continue;
-        forgetFailedReads(rules.failedReads);
-        if (total < reply.size() - 1)
-            std::memcpy(&reply[total], chunk,
-                        std::min<std::size_t>(static_cast<std::size_t>(count), reply.size() - 1 - total));
-        total += static_cast<std::size_t>(count);
-    }
-    return total;
+    Connection camera(rules);
+    if (!camera.open(address) || !camera.send(request))
+        return ReplyEnd::NotBegun;
+    const ReplyEnd end = camera.receive(reply);
+    if (end == ReplyEnd::NotBegun)
+        networkFailed(rules);
+    return end;
 }
 
 /// Looks for all refusals in two passes, one for each character that they begin with; the list's first one counts.
@@ -134,29 +44,20 @@ int judge(std::string_view reply, const ExchangeRules& rules)
     return reply.find(rules.goodReply) != reply.npos ? 0 : failWith(KX_ERROR_BUSY);
 }
 
-} // namespace
-
 int exchange(const sockaddr_in& address, std::string_view request, char* reply, int replySize,
              const ExchangeRules& rules)
 {
-    const bool blocking = rules.manner == Manner::Blocking;
-    const FileDescriptor socket = makeTcpSocket(blocking ? 0 : SOCK_NONBLOCK);
-    if (!socket || (!blocking && !setLinger(socket)))
+    ReplyBuffer buffer(reply, replySize);
+    if (converse(address, request, buffer, rules) == ReplyEnd::NotBegun)
         return -1;
-    if (!deliver(socket, address, request, rules))
-        return failWith(KX_ERROR_NETWORK);
-    const Wait outcome = awaitReply(socket, rules);
-    if (outcome == Wait::TimedOut)
-        return failWith(KX_ERROR_NETWORK);
 
-    const std::span<char> room(reply, static_cast<std::size_t>(replySize));
-    std::memset(reply, 0, room.size() - 1);
-    forgetFailedReads(rules.failedReads);
-    const std::size_t received = outcome == Wait::Exceptional ? 0 : receive(socket, room, rules);
-    const std::string_view text(reply, strnlen(reply, room.size() - 1));
-    if (!blocking)
-        std::memset(reply + text.size(), 0, room.size() - text.size());
-    if (received == 0)
+    const std::size_t kept = buffer.kept().size();
+    const auto size = static_cast<std::size_t>(replySize);
+    std::memset(reply + kept, 0, size - 1 - kept);
+    const std::string_view text(reply, strnlen(reply, kept));
+    if (rules.manner == Manner::NonBlocking)
+        std::memset(reply + text.size(), 0, size - text.size());
+    if (buffer.empty())
         return rules.nothingReceived ? failWith(*rules.nothingReceived) : -1;
     return judge(text, rules);
 }

@@ -1,41 +1,38 @@
 // One exchange with a camera over a connection of its own: connect, send, receive, judge.
 #pragma once
 
-#include <atomic>
-#include <chrono>
-#include <optional>
-#include <span>
+#include <algorithm>
+#include <cstddef>
 #include <string_view>
 
 #include <netinet/in.h>
 
-#include "Core/LastError.h"
+#include "NetManager/Connection.h"
+#include "NetManager/ExchangeRules.h"
 
-/// A status text ("4..." or "5...") that, found anywhere in a reply, makes the request fail.
-struct Refusal
-{
-    std::string_view text;
-    KxError error;
-};
+class TransferWatch;
 
-/// How an exchange goes about its socket.
-enum class Manner
+/// Keeps the first bytes of a reply in a buffer of the caller's, of which it never writes the last byte.
+class ReplyBuffer final : public ReplySink
 {
-    Blocking, // sends until all is out; urgent data instead of a reply end the exchange
-    NonBlocking // lingers on close; writes once, whatever part of the request that takes; the reply ends at its first
-                // zero byte
-};
+public:
+    /// `watch`, if there is one, is told of every byte.
+    ReplyBuffer(char* buffer, int size, TransferWatch* watch = nullptr)
+        : buffer_(buffer), room_(static_cast<std::size_t>(size) - 1), watch_(watch)
+    {
+    }
 
-/// What tells one request function from another.
-struct ExchangeRules
-{
-    std::chrono::milliseconds connectWait;  // until the request can be sent
-    std::chrono::milliseconds replyWait;    // until the first byte of the reply
-    std::optional<KxError> nothingReceived; // without one, no code is set
-    std::span<const Refusal> refusals;      // in the order they are looked for
-    std::atomic<int>& failedReads; // consecutive ones, counted over all concurrent requests of the function
-    Manner manner = Manner::Blocking;
-    std::string_view goodReply = {}; // a reply without this text fails with KX_ERROR_BUSY
+    bool take(std::string_view bytes) override;
+
+    std::string_view kept() const { return {buffer_, std::min(received_, room_)}; }
+    bool empty() const { return received_ == 0; }
+    bool full() const { return received_ >= room_; }
+
+private:
+    char* buffer_;
+    std::size_t room_;
+    std::size_t received_ = 0;
+    TransferWatch* watch_;
 };
 
 /// Sends the request to the camera at this address and fills `reply` with the first replySize - 1 bytes of what
@@ -44,3 +41,11 @@ struct ExchangeRules
 /// socket and as the rules say.
 int exchange(const sockaddr_in& address, std::string_view request, char* reply, int replySize,
              const ExchangeRules& rules);
+
+/// The first half of it, with a reply that is only handed on. ReplyEnd::NotBegun with the last error set, except when
+/// the system has no socket or the application stopped the transfer.
+ReplyEnd converse(const sockaddr_in& address, std::string_view request, ReplySink& reply,
+                  const ExchangeRules& rules);
+
+/// The second half: looks for the rules' texts in a reply; 0, or -1 with the last error set.
+int judge(std::string_view reply, const ExchangeRules& rules);

@@ -63,12 +63,16 @@ int DoRequest(UserInfo* session, const char* query, char* reply, int replySize, 
 
     char request[requestSize];
     const std::size_t length = composeRequest(request, *session, query, admin != 0);
-    const ExchangeRules rules{.connectWait = g_timing.connect,
-                              .replyWait = g_timing.firstReply,
-                              .nothingReceived = KX_ERROR_NETWORK,
-                              .refusals = refusals,
-                              .failedReads = nReadTimes};
-    return exchange(*address, {request, length}, reply, replySize, rules);
+    return exchange(*address, {request, length}, reply, replySize, channelRules(nReadTimes));
+}
+
+ExchangeRules channelRules(std::atomic<int>& failedReads)
+{
+    return {.connectWait = g_timing.connect,
+            .replyWait = g_timing.firstReply,
+            .nothingReceived = KX_ERROR_NETWORK,
+            .refusals = refusals,
+            .failedReads = failedReads};
 }
 
 int IsHostConnect(const char* host, int port)

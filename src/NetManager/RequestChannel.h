@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Core/UserInfo.h"
+#include "NetManager/ExchangeRules.h"
 
 /// Sends a query to the camera and receives the raw reply.
 ///
@@ -15,6 +16,9 @@
 ///         (KX_ERROR_BAD_GATEWAY); a reply with "403 Forbidden" passes. Else -1: unreachable, timed out, nothing
 ///         received (KX_ERROR_NETWORK); a null argument, or no socket after a probe that had one (no code).
 int DoRequest(UserInfo* session, const char* query, char* reply, int replySize, signed char admin);
+
+/// The rules by which DoRequest and its like go. Each function has a counter of its own.
+ExchangeRules channelRules(std::atomic<int>& failedReads);
 
 /// 1 when the host reacts to a connection attempt within the probe's time, be it by a refusal; 0 when it stays silent
 /// or can not be resolved. Sets no code.

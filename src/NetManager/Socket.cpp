@@ -64,9 +64,9 @@ FileDescriptor makeTcpSocket(int flags)
     return FileDescriptor(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | flags, 0));
 }
 
-bool setLinger(const FileDescriptor& socket)
+bool setLinger(const FileDescriptor& socket, int seconds)
 {
-    const linger option{.l_onoff = 1, .l_linger = 3};
+    const linger option{.l_onoff = 1, .l_linger = seconds};
     return setsockopt(socket.get(), SOL_SOCKET, SO_LINGER, &option, sizeof option) == 0;
 }
 

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <optional>
+#include <utility>
 
 #include <netinet/in.h>
 #include <poll.h>
@@ -17,6 +18,8 @@ public:
     FileDescriptor& operator=(const FileDescriptor&) = delete;
 
     int get() const { return descriptor_; }
+    /// Hands it over to the caller.
+    int release() { return std::exchange(descriptor_, -1); }
     explicit operator bool() const { return descriptor_ >= 0; }
 
 private:
@@ -29,8 +32,9 @@ std::optional<sockaddr_in> resolveIpv4(const char* host, int port);
 /// A new IPv4 stream socket; false when there is none to be had. SOCK_NONBLOCK is a possible flag.
 FileDescriptor makeTcpSocket(int flags = 0);
 
-/// On close, waits up to 3 seconds for unsent data to leave; false when the system refuses.
-bool setLinger(const FileDescriptor& socket);
+/// On close, waits up to this many seconds for unsent data to leave; 0: drops them and resets the connection. False when
+/// the system refuses.
+bool setLinger(const FileDescriptor& socket, int seconds = 3);
 
 /// How long a connect and a write may take, from now on: -1 after that, and EINPROGRESS or EAGAIN.
 void setSendLimit(const FileDescriptor& socket, std::chrono::milliseconds limit);

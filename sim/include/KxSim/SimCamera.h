@@ -43,6 +43,7 @@ struct Fault
         Endless,      ///< the body never ends
         Garbage,      ///< random bytes instead of a reply, the same ones every time
         EmptyReply,   ///< the connection closes without a byte
+        Mismatch,     ///< an uploaded file is refused as damaged; does not touch other requests
         Status        ///< a reply with `status`
     };
 
@@ -61,6 +62,7 @@ struct Request
 {
     std::string text{};   ///< everything up to and including the blank line
     std::string target{}; ///< the second word of the request line
+    std::string body{};   ///< what a request with a Content-Length carries
     int status = 0;       ///< the HTTP status sent; 0 when none was: no reply, garbage, or cut before it
 };
 
@@ -86,6 +88,11 @@ public:
     /// Makes the camera one that lacks the key.
     void removeValue(const std::string& key);
 
+    /// The file at this path ("/sd/clip.avi"), uploaded ones included; nothing when there is none.
+    std::optional<std::string> file(const std::string& path) const;
+    /// Gives the camera this file.
+    void putFile(const std::string& path, const std::string& content);
+
     /// Takes the place of the fault before. The next connection meets it; those that are open go on.
     void setFault(const Fault& fault);
     void clearFault();
@@ -93,7 +100,7 @@ public:
     /// the first one ordered goes first. Credentials are not checked, and the camera does not act on the request.
     void replaceReply(const std::string& targetPart, const std::string& rawReply, int count = 1);
 
-    /// The requests so far. One is listed before the last byte of its reply leaves.
+    /// The requests so far. One is listed when it is there with its body, and before the last byte of its reply leaves.
     std::vector<Request> requests() const;
     void forgetRequests();
     /// Connections accepted so far, those without a request included.

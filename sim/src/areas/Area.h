@@ -114,14 +114,49 @@ struct Action
 constexpr std::string_view settingsPath = "/vb.htm";
 constexpr std::string_view adminPath = "/cgi-bin/admin/admin.cgi";
 
+/// What a file means to the camera.
+enum class Content
+{
+    Plain,
+    Configuration, ///< the camera's settings, under the heading "[param]"
+    Firmware       ///< installed; the version follows from a first line "firmware VERSION"
+};
+
+/// A target that takes a file.
+struct Upload
+{
+    std::string_view target;
+    std::string_view place; ///< where the file is kept; after a last '/' under its own name
+    Content content = Content::Plain;
+    unsigned chips = AnyChip;
+};
+
+/// A target that hands out a file.
+struct Download
+{
+    std::string_view target; ///< its beginning
+    std::string_view place;  ///< of the file; empty or with a last '/': the rest of the target completes it
+    Content content = Content::Plain;
+};
+
+/// A file of a camera fresh from the factory.
+struct StoredFile
+{
+    std::string_view path;
+    std::string_view content;
+};
+
 struct Area
 {
-    std::span<const Setting> settings;
+    std::span<const Setting> settings = {};
     std::span<const SetRule> setRules = {};
     std::span<const Command> commands = {};
     std::span<const Action> actions = {};
     std::span<const Inquiry> inquiries = {};
     std::span<const Page> pages = {};
+    std::span<const Upload> uploads = {};
+    std::span<const Download> downloads = {};
+    std::span<const StoredFile> files = {};
 };
 
 /// A key as a template's argument: keepAs<"wifissid">.
@@ -150,6 +185,7 @@ extern const Area networkArea;
 extern const Area osdArea;
 extern const Area systemArea;
 extern const Area updateArea;
+extern const Area transferArea;
 extern const Area usersArea;
 extern const Area videoArea;
 
