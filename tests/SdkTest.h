@@ -29,6 +29,7 @@ inline Timing shortTiming()
             .transferConnect = 60ms,
             .transferReply = 60ms,
             .uploadReply = 60ms,
+            .completeReply = 20ms,
             .watchPause = 5ms,
             .stalledReply = 60ms,
             .retry = 10us,

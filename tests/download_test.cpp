@@ -98,6 +98,9 @@ TEST_F(Download, TakesTheReplyApartAtTheFirstTwoLineFeeds)
         {"HTTP/1.1 404 Not Found\n\n200 OK", failsSilently, untouched},
         {"HTTP/1.1 401 Unauthorized\n\n", failsSilently, untouched},
         {"", failsByNetwork, untouched},
+        {fileReply("half", "Content-Length: 1000\n" + filler + filler + "\n"), failsByNetwork, "half"},
+        {fileReply("body", filler.substr(0, 989) + "\nContent-Length: 1000\n" + filler + "\n"), succeeds,
+         "body" + zeros(4)}, // of which no more than "Content-Length: 1" is kept
     };
     for (const auto& row : cases) {
         const std::string path = make("file", untouched);

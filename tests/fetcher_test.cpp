@@ -63,6 +63,8 @@ TEST_F(Export, TakesOnlyTheNameOfTheNamedFile)
         {"HTTP/1.1 200 OK\n\n[param]\nfilename=\"h.ini\"", failsSilently, "", ""},
         {"HTTP/1.1 401 Unauthorized\nfilename=\"i.ini\"\n\n[param] 200 OK", failsSilently, "", ""},
         {"HTTP/1.1 200 OK\nContent-Length: 9\nfilename=\"j.ini\"\n\n[param]", failsByNetwork, "", ""},
+        {"HTTP/1.1 200 OK\r\nContent-Length: 9\r\nfilename=\"k.ini\"\r\n\r\n[param]x", failsByNetwork, "",
+         ""},
         {"", failsByNetwork, "", ""},
     };
     for (const auto& row : cases) {
@@ -185,6 +187,22 @@ TEST_F(Fetch, KeepsWhatFitsTheBuffer)
     EXPECT_EQ(std::string(reply, 1000), whole.substr(0, 999) + '\0');
     EXPECT_EQ(DoCustomUrlRequest(&session, "/x", reply, 1000), 0);
     EXPECT_EQ(std::string(reply), std::string(999 - headerSize, 'x'));
+}
+
+TEST_F(Fetch, EndsEachFaultInItsTime)
+{
+    using std::chrono::milliseconds;
+    for (const Fetcher fetch : {DoDownloadLprPicture, DoCustomUrlRequest}) {
+        for (auto limit : {&Timing::probe, &Timing::firstReply}) {
+            g_timing.probe = g_timing.connect = g_timing.firstReply = g_timing.stalledReply =
+                milliseconds(20'000);
+            g_timing.*limit = milliseconds(30);
+            camera.setFault({.kind = limit == &Timing::probe ? Kind::Unreachable : Kind::SilentAfter});
+            const auto start = std::chrono::steady_clock::now();
+            EXPECT_EQ(outcomeOf([&] { return fetch(&session, "/x", reply, sizeof reply); }), failsByNetwork);
+            EXPECT_LT(std::chrono::steady_clock::now() - start, milliseconds(15'000));
+        }
+    }
 }
 
 TEST_F(Fetch, ClearsTheBufferBeforeAnythingElseButForNullArguments)

@@ -5,11 +5,15 @@
 #include <csignal>
 #include <cstdio>
 
+#include <fcntl.h>
 #include <malloc.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 
+#include "NetManager/Download.h"
 #include "NetManager/Socket.h"
+#include "NetManager/Upload.h"
 
 using kxsim::Fault;
 using Kind = kxsim::Fault::Kind;
@@ -30,7 +34,8 @@ public:
     enum class Death
     {
         Orderly, // all is sent, and the connection closed
-        Reset    // half of the file is sent, and the connection reset
+        Reset,   // half of the file is sent, and the connection reset
+        Refusal  // of an upload, at its head
     };
 
     explicit ForgetfulCamera(Death death = Death::Orderly) : death_(death)
@@ -47,23 +52,33 @@ public:
 private:
     void serve()
     {
+        const timeval limit{.tv_sec = 10, .tv_usec = 0}; // for accepting too: no test hangs
+        setsockopt(listener_.get(), SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
         const FileDescriptor probe(accept(listener_.get(), nullptr, nullptr));
         const FileDescriptor connection(accept(listener_.get(), nullptr, nullptr));
+        setsockopt(connection.get(), SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
         std::array<char, 4096> bytes{};
         const ssize_t count = recv(connection.get(), bytes.data(), bytes.size(), 0);
         if (std::string(bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)))
                 .starts_with("POST"))
-            forgetUpload(connection, bytes);
+            takeUpload(connection, bytes);
         else
             sendFile(connection, bytes);
     }
 
-    static void forgetUpload(const FileDescriptor& connection, std::array<char, 4096>& bytes)
+    void takeUpload(const FileDescriptor& connection, std::array<char, 4096>& bytes) const
     {
+        if (death_ == Death::Refusal) {
+            send(connection.get(), "HTTP/1.1 401 Unauthorized\r\n\r\n", 29, MSG_NOSIGNAL);
+            return;
+        }
         const std::string_view end = "--\r\n";
-        ssize_t count = 1;
-        while (count > 0 && !std::string_view(bytes.data(), static_cast<std::size_t>(count)).ends_with(end))
+        std::string tail;
+        for (ssize_t count = 1; count > 0 && !tail.ends_with(end);) {
             count = recv(connection.get(), bytes.data(), bytes.size(), 0);
+            tail.append(bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+            tail.erase(0, tail.size() - std::min(tail.size(), end.size()));
+        }
         send(connection.get(), "HTTP/1.1 200 OK\n\n", 17, MSG_NOSIGNAL);
     }
 
@@ -140,8 +155,17 @@ TEST_F(Transfer, TellsItsProgressOnItsOwnThread)
         EXPECT_EQ(calls.back().done, content.size());
     }
     EXPECT_EQ(exportConfig(directory), succeeds);
+    EXPECT_EQ(calls.back().userId, 1234);
     EXPECT_GT(calls.back().done, 0U);
     EXPECT_EQ(calls.back().total, 0U);
+}
+
+TEST_F(Transfer, ExpectsNoMoreThanItTakes)
+{
+    camera.replaceReply("", fileReply(zeros(12'000'000), "Content-Length: 12000000\n"));
+    watch([](const Progress&) { return false; });
+    EXPECT_EQ(download(pathOf("log")), succeeds);
+    EXPECT_EQ(calls.back().done, calls.back().total);
 }
 
 TEST_F(Transfer, StopsWhenToldAndLeavesTheSessionUsable)
@@ -190,6 +214,105 @@ TEST_F(Transfer, CanBeStoppedWhileTheCameraIsSilent)
         calls.clear();
         EXPECT_EQ(exportConfig(directory), failsSilently);
     }
+
+    camera.setFault({.kind = Kind::Slow, .bytes = 200, .pause = std::chrono::hours(1)});
+    camera.putFile("/var/log.db", someBytes(1000));
+    g_timing.stalledReply = std::chrono::hours(1);
+    calls.clear();
+    EXPECT_EQ(download(pathOf("log")), failsSilently); // in the middle of the file
+    camera.setFault({.kind = Kind::Slow, .bytes = 17, .pause = std::chrono::hours(1)});
+    calls.clear();
+    EXPECT_EQ(upload(small), failsSilently); // after the answer's "200 OK"
+    camera.setFault({.kind = Kind::Unreachable});
+    const std::string url = "http://127.0.0.1:" + std::to_string(camera.port()) + "/";
+    g_timing.transferConnect = std::chrono::hours(1);
+    calls.clear();
+    EXPECT_EQ(UploadFile(url.c_str(), small.c_str(), "", ""), 0); // behind its probe
+    EXPECT_EQ(calls.back().total, 7U);
+}
+
+TEST_F(Transfer, WaitsForEachStepAsLongAsThatMayTake)
+{
+    using std::chrono::milliseconds;
+    const std::string small = make("small", "content");
+    const std::string big = make("big", zeros(20'000'000)); // more than fits on the way
+    const std::string url = "http://127.0.0.1:" + std::to_string(camera.port()) + "/";
+    camera.putFile("/var/log.db", someBytes(1000));
+    const auto stopsAfter = [](int bytes) {
+        return Fault{
+            .kind = Kind::Slow, .bytes = static_cast<std::size_t>(bytes), .pause = std::chrono::hours(1)};
+    };
+    const struct
+    {
+        milliseconds Timing::*limit;
+        Fault fault;
+        std::function<int()> call;
+    } cases[] = {
+        {&Timing::transferConnect,
+         {.kind = Kind::Unreachable},
+         [&] { return UploadFile(url.c_str(), small.c_str(), "", ""); }},
+        {&Timing::transferConnect,
+         {.kind = Kind::Unreachable},
+         [&] { return DownloadFile(url.c_str(), small.c_str(), "", ""); }},
+        {&Timing::uploadReply, {.kind = Kind::SilentAfter}, [&] { return upload(small).first; }},
+        {&Timing::uploadReply, {.kind = Kind::SilentBefore}, [&] { return upload(big).first; }},
+        {&Timing::uploadReply, stopsAfter(9), [&] { return upload(small).first; }},
+        {&Timing::transferReply, {.kind = Kind::SilentAfter}, [&] { return download(small).first; }},
+        {&Timing::stalledReply, stopsAfter(200), [&] { return download(small).first; }},
+        {&Timing::transferReply, {.kind = Kind::SilentAfter}, [&] { return exportConfig(directory).first; }},
+        {&Timing::probe, {.kind = Kind::Unreachable}, [&] { return exportConfig(directory).first; }},
+    };
+    for (const auto& row : cases) {
+        g_timing = {};
+        for (auto limit : {&Timing::probe, &Timing::connect, &Timing::firstReply, &Timing::transferConnect,
+                           &Timing::transferReply, &Timing::uploadReply, &Timing::stalledReply})
+            g_timing.*limit = milliseconds(20'000);
+        g_timing.*row.limit = milliseconds(30);
+        camera.setFault(row.fault);
+        const auto start = std::chrono::steady_clock::now();
+        row.call();
+        EXPECT_LT(std::chrono::steady_clock::now() - start, milliseconds(15'000)) << &row - cases;
+    }
+}
+
+TEST_F(Transfer, DoesNotWaitForACameraThatKeepsTheConnection)
+{
+    const std::string header = "Content-Length: 4\n";
+    const auto keepsOpen = [&](const std::string& sent, int endless) {
+        camera.replaceReply("", sent + std::string(static_cast<std::size_t>(endless), '.'));
+        camera.setFault(
+            {.kind = Kind::Slow, .bytes = sent.size(), .pause = std::chrono::hours(1), .count = 1});
+    };
+    g_timing.completeReply = std::chrono::milliseconds(10);
+    g_timing.stalledReply = g_timing.uploadReply = std::chrono::hours(1);
+    keepsOpen(fileReply("body", header), 1);
+    EXPECT_EQ(download(pathOf("file")), succeeds);
+    EXPECT_EQ(contentOf("file"), "body" + zeros(4));
+    keepsOpen(fileReply("done", header), 1);
+    EXPECT_EQ(upload(make("small", "content")), succeeds);
+    keepsOpen(fileReply("[param]", "filename=\"a.ini\"\r\nContent-Length: 7\n"), 1);
+    EXPECT_EQ(exportConfig(directory), succeeds);
+    EXPECT_EQ(contentOf("a.ini"), "[param]" + zeros(7));
+}
+
+TEST_F(Transfer, TellsARefusalFromADeath)
+{
+    const ForgetfulCamera refusing(ForgetfulCamera::Death::Refusal);
+    connectTo(refusing.port());
+    const std::string path = make("big", zeros(20'000'000));
+    EXPECT_EQ(upload(path), failsSilently);
+}
+
+TEST_F(Transfer, AsksTheCallbackInForceWithItsOwnArgument)
+{
+    static int seen;
+    const auto note = [](long, std::uint64_t, std::uint64_t, void* user) {
+        return seen += user == nullptr, 0;
+    };
+    Kx_Sdk_SetTransferCallBack(note, &seen);
+    Kx_Sdk_SetTransferCallBack(note, nullptr);
+    upload(make("small", "content"));
+    EXPECT_GT(seen, 0);
 }
 
 TEST_F(Transfer, KeepsToTheCallbackThatItBeganWith)
@@ -212,15 +335,26 @@ TEST_F(Disk, WhenFullFailsTheTransferWithoutACode)
 
     const std::string content = someBytes(1'000'000);
     camera.putFile("/var/log.db", content);
+    const auto limited = [](rlim_t limit, auto call) {
+        const FileSizeLimit diskSize(limit); // of the test's output too
+        return call();
+    };
     for (const std::size_t limit : {300'000U, 1'500'000U}) { // in the body, and in the zeros behind it
-        const FileSizeLimit diskSize(limit);
-        EXPECT_EQ(download(pathOf("file")), failsSilently);
+        EXPECT_EQ(limited(limit, [&] { return download(pathOf("file")); }), failsSilently);
         EXPECT_TRUE(contentOf("file") == (content + zeros(500'000)).substr(0, limit));
         EXPECT_EQ(upload(pathOf("file")), succeeds);
     }
-    const FileSizeLimit diskSize(100);
-    EXPECT_EQ(exportConfig(directory), failsSilently);
+    EXPECT_EQ(limited(100, [&] { return exportConfig(directory); }), failsSilently);
     EXPECT_EQ(contentOf("config.ini").size(), 100U);
+}
+
+TEST_F(Disk, IsNoNamedPipe)
+{
+    ASSERT_EQ(mkfifo(pathOf("config.ini").c_str(), 0600), 0);
+    EXPECT_EQ(download(pathOf("config.ini")), failsSilently);
+    EXPECT_EQ(exportConfig(directory), failsSilently);
+    const FileDescriptor reader(open(pathOf("config.ini").c_str(), O_RDONLY | O_NONBLOCK));
+    EXPECT_EQ(download(pathOf("config.ini")), failsSilently);
 }
 
 TEST_F(Transfer, LeavesNoDescriptorBehind)

@@ -18,8 +18,8 @@ extern "C" {
  * threads call it at the same time:
  * - when the transfer begins to move the file (`done` is 0 in an upload's first call);
  * - after each piece, some kilobytes;
- * - about four times a second while the transfer waits for the camera once it is connected: while a camera checks and
- *   writes a firmware it answers nothing for minutes.
+ * - about four times a second while the transfer waits for the camera: while a camera checks and writes a firmware it
+ *   answers nothing for minutes.
  *
  * It may call any function of the SDK, be it for the same camera; the transfer waits for it. It must not throw.
  *

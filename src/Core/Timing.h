@@ -16,13 +16,15 @@ struct Timing
     Milliseconds transferConnect{5'000}; // as connect, for the transfers of files
     Milliseconds transferReply{5'000};   // as firstReply, for the same but uploads
     Milliseconds uploadReply{180'000};   // until a firmware is checked, and until a piece is taken
-    Milliseconds watchPause{250};        // until the watcher of a transfer that waits is asked again
-    Milliseconds stalledReply{60'000};   // between two pieces of a reply; what came until then is the reply
-    Microseconds retry{200};             // before a failed read or an empty write is tried again
-    Milliseconds streamWorker{50};       // between two rounds of the stream-opening worker
-    Milliseconds searchSecond{1'000};    // what the search takes for a second
-    Milliseconds searchWasted{120'000};  // what a search spends at most on answers that count for nothing
-    Milliseconds decodersOff{20};        // from switching the decoders off to closing their streams
+    Milliseconds completeReply{
+        1'000};                   // for more of a transfer's reply than it told of; cameras may not close
+    Milliseconds watchPause{250}; // until the watcher of a transfer that waits is asked again
+    Milliseconds stalledReply{60'000};  // between two pieces of a reply; what came until then is the reply
+    Microseconds retry{200};            // before a failed read or an empty write is tried again
+    Milliseconds streamWorker{50};      // between two rounds of the stream-opening worker
+    Milliseconds searchSecond{1'000};   // what the search takes for a second
+    Milliseconds searchWasted{120'000}; // what a search spends at most on answers that count for nothing
+    Milliseconds decodersOff{20};       // from switching the decoders off to closing their streams
 
     // What a camera gets to restart its video encoder before the next request.
     Milliseconds newResolution{2'000};       // after another picture size

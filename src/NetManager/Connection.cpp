@@ -99,9 +99,18 @@ bool Connection::sendAll(std::string_view bytes)
         if (written >= 0)
             bytes.remove_prefix(static_cast<std::size_t>(written));
         else if (!onlyWaits(errno) || wait(Writable, rules_.replyWait) != Wait::Ready)
-            return networkFailed(rules_);
+            return !isAnswered() && networkFailed(rules_);
     }
     return true;
+}
+
+/// A camera that refuses an upload at its head may close before it has taken the rest.
+bool Connection::isAnswered() const
+{
+    constexpr std::string_view opening = "HTTP/";
+    char begin[opening.size()];
+    const ssize_t count = ::recv(socket_.get(), begin, sizeof begin, MSG_PEEK | MSG_DONTWAIT);
+    return count == sizeof begin && std::string_view(begin, sizeof begin) == opening;
 }
 
 ReplyEnd Connection::receive(ReplySink& sink)
@@ -125,7 +134,7 @@ ReplyEnd Connection::readPieces(ReplySink& sink)
         if (count == 0)
             return failed ? ReplyEnd::Broken : ReplyEnd::Closed;
         failed = count < 0 && (failed || !onlyWaits(errno));
-        if (count < 0 && readFailedForGood())
+        if (count < 0 && readFailedForGood(sink))
             return ReplyEnd::Broken;
         if (count < 0)
             continue;
@@ -136,12 +145,12 @@ ReplyEnd Connection::readPieces(ReplySink& sink)
 }
 
 /// Counts a failed read; true when the reading must end.
-bool Connection::readFailedForGood()
+bool Connection::readFailedForGood(const ReplySink& sink)
 {
     if (errno == EAGAIN && blocking()) // nothing came within the limit
         return true;
     if (onlyWaits(errno))
-        return wait(Readable, rules_.pieceWait) != Wait::Ready;
+        return wait(Readable, isComplete(sink) ? g_timing.completeReply : rules_.pieceWait) != Wait::Ready;
     if (rules_.failedReads.fetch_add(1) >= toleratedReadErrors)
         return true;
     std::this_thread::sleep_for(g_timing.retry);

@@ -15,6 +15,8 @@ class ReplySink
 public:
     /// False when no more are wanted.
     virtual bool take(std::string_view bytes) = 0;
+    /// Whether the reply has come to the length that it told. There may be more of it all the same, but not much later.
+    virtual bool complete() const { return false; }
 
 protected:
     ~ReplySink() = default;
@@ -42,7 +44,7 @@ public:
     bool send(std::string_view request);
 
     /// Sends all these bytes over a non-blocking connection, however often the camera must be waited for, each time as
-    /// long as for a reply. False as above.
+    /// long as for a reply. False as above; without a code when the camera has answered before it took them all.
     bool sendAll(std::string_view bytes);
 
     /// Breaks off: what is still under way to the camera is not waited for on close, and the camera is told.
@@ -55,7 +57,9 @@ private:
     bool connectWithin(const sockaddr_in& address);
     bool sendWhole(std::string_view request);
     ReplyEnd readPieces(ReplySink& sink);
-    bool readFailedForGood();
+    bool readFailedForGood(const ReplySink& sink);
+    bool isAnswered() const;
+    bool isComplete(const ReplySink& reply) const { return rules_.watch != nullptr && reply.complete(); }
     Wait wait(unsigned waitSet, std::chrono::milliseconds limit) const;
     bool blocking() const { return rules_.manner == Manner::Blocking; }
 

@@ -1,5 +1,6 @@
 #include "NetManager/Download.h"
 
+#include <algorithm>
 #include <optional>
 #include <string_view>
 
@@ -24,6 +25,7 @@ public:
     Download(const char* localPath, TransferWatch& watch) : localPath_(localPath), watch_(watch) {}
 
     bool take(std::string_view bytes) override;
+    bool complete() const override { return told_ && received_ >= *told_; }
 
     /// Whether the file is whole, and completes it then. Sets no code.
     bool finish();
@@ -77,8 +79,8 @@ bool Download::beginBody()
 {
     if (!holds(header_.text(), "200 OK"))
         return false;
-    told_ = toldLength(header_.text());
-    watch_.expect(told_ > headerSize_ ? *told_ - headerSize_ : 0);
+    told_ = toldLength(header_.text(), headerSize_);
+    watch_.expect(told_ > headerSize_ ? std::min(*told_, longestReply) - headerSize_ : 0);
     file_.emplace(localPath_);
     return bool{*file_};
 }

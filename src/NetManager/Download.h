@@ -13,9 +13,9 @@
 /// @param localPath  made or emptied
 /// @param user       for the authorisation, with the password
 /// @param userId     told to the transfer's watcher
-/// @return not 0 when the file is whole. Else 0: unreachable, timed out, nothing received, a reply that breaks off or
-///         is shorter than its header says (KX_ERROR_NETWORK); another status, a header without that end, a local
-///         file that can not be written, stopped by the watcher, a null text or no such URL (no code)
+/// @return not 0 when the file is whole. Else 0: unreachable, timed out, nothing received, a body that breaks off or is
+///         shorter than its header says (KX_ERROR_NETWORK); another status, a header without that end, a local file
+///         that can not be written, stopped by the watcher, a null text or no such URL (no code)
 int DownloadFile(const char* url, const char* localPath, const char* user, const char* password,
                  long userId = 0);
 

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "NetManager/TransferReply.h"
 #include "NetManager/TransferWatch.h"
 
 bool ReplyBuffer::take(std::string_view bytes)
@@ -11,6 +12,12 @@ bool ReplyBuffer::take(std::string_view bytes)
     received_ += bytes.size();
     const bool goesOn = watch_ == nullptr || watch_->advance(bytes.size());
     return goesOn && received_ <= room_;
+}
+
+bool ReplyBuffer::complete() const
+{
+    const auto told = toldLength(kept());
+    return told && received_ >= *told;
 }
 
 ReplyEnd converse(const sockaddr_in& address, std::string_view request, ReplySink& reply,

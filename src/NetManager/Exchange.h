@@ -23,6 +23,7 @@ public:
     }
 
     bool take(std::string_view bytes) override;
+    bool complete() const override;
 
     std::string_view kept() const { return {buffer_, std::min(received_, room_)}; }
     bool empty() const { return received_ == 0; }

@@ -7,9 +7,10 @@
 /// Fetches the camera's configuration into a file in `directory`, under the name that the camera gives it: the body
 /// from "[param]" on, then as many zero bytes. Prints a line with the number of bytes and the file's path.
 ///
-/// Takes the first replySize - 1 bytes of the reply, through the caller's buffer, which keeps them. No file is made
-/// unless the reply is whole, has "200 OK" in its header and names a file; of its name only what follows the last "/"
-/// counts, so that a camera chooses no directory, and what fits a path of 511 characters.
+/// Takes the first replySize - 1 bytes of the reply, through the caller's buffer, which keeps them. A reply
+/// that is longer is cut; no file is made of one that is shorter than it told, has no "200 OK" in its header or names no
+/// file. Of its name only what follows the last "/" counts, so that a camera chooses no directory, and what fits a path
+/// of 511 characters.
 ///
 /// @return as above. -1 with KX_ERROR_NETWORK: unreachable, timed out, nothing received, a reply that breaks off; with no
 ///         code: a reply that is no configuration, a directory or a file that can not be written, stopped by the

@@ -31,9 +31,12 @@ ssize_t InputFile::read(char* bytes, std::size_t size) const
     return count;
 }
 
+// Without waiting, as above; whoever reads from a pipe might also go away.
 OutputFile::OutputFile(const char* path)
-    : file_(::open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)), good_(file_)
+    : file_(::open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666))
 {
+    struct stat status = {};
+    good_ = file_ && ::fstat(file_.get(), &status) == 0 && !S_ISFIFO(status.st_mode);
 }
 
 bool OutputFile::write(std::string_view bytes)

@@ -30,7 +30,7 @@ private:
     std::uint64_t size_ = 0;
 };
 
-/// A file being received; made or emptied by the constructor. Once false, it stays so.
+/// A file being received; made or emptied by the constructor. False for a named pipe; once false, it stays so.
 class OutputFile
 {
 public:
@@ -44,5 +44,5 @@ public:
 
 private:
     FileDescriptor file_;
-    bool good_;
+    bool good_ = false;
 };

@@ -11,8 +11,9 @@
 bool holds(std::string_view reply, const char* text);
 
 /// How many bytes a reply has from its first one on, header included, by what its header tells; nothing when the header
-/// does not tell it, or is not here to its end. The header ends at the first blank line, whatever ends its lines.
-std::optional<std::uint64_t> toldLength(std::string_view reply);
+/// does not tell it, or is not here to its end. The header ends at the first blank line, whatever ends its lines; where
+/// only its beginning has been kept, its size tells the end.
+std::optional<std::uint64_t> toldLength(std::string_view reply, std::uint64_t headerSize = 0);
 
 /// Whether a reply that ended so after this many bytes lacks some: without a told length it is the camera's closing the
 /// connection that completes it.

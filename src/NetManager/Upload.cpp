@@ -58,7 +58,6 @@ std::string_view composeHead(char (&buffer)[headSize], std::string_view path, st
 bool sendFile(Connection& camera, const InputFile& file, TransferWatch& watch)
 {
     char piece[pieceSize];
-    watch.expect(file.size());
     if (!watch.advance())
         return false;
     for (std::uint64_t left = file.size(); left > 0;) {
@@ -108,6 +107,10 @@ int UploadFile(const char* url, const char* localPath, const char* user, const c
         return 0;
     TransferWatch watch(userId);
     const ExchangeRules rules = uploadRules(nReadTimes, watch);
+    const InputFile file(localPath);
+    if (!file)
+        return 0;
+    watch.expect(file.size());
     const auto address = resolveIpv4(host, port);
     if (!address)
         return networkFailed(rules);
@@ -115,9 +118,6 @@ int UploadFile(const char* url, const char* localPath, const char* user, const c
     if (!camera.open(*address))
         return 0;
 
-    const InputFile file(localPath);
-    if (!file)
-        return 0;
     char partBuffer[partHeaderSize];
     char headBuffer[headSize];
     const std::string_view part = composePartHeader(partBuffer, localPath);
