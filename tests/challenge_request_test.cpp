@@ -179,6 +179,7 @@ TEST_F(ChallengeRequest, CutsARequestAtItsBound)
         const std::size_t room = 20479 - camera.requests().back().text.size();
         run(request, std::string(1 + room, 'x'));
         EXPECT_EQ(camera.requests().back().text.size(), 20479U) << target;
+        EXPECT_EQ(run(request, std::string(2 + room, 'x')), -1); // loses its last line feed
         run(request, std::string(20481, 'x')); // too long to be escaped: left out
         EXPECT_EQ(camera.requests().back().target, target);
     }

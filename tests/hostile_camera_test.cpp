@@ -189,11 +189,18 @@ TEST_F(LaterRequests, FailTheCallToo)
     const LaterRequest requests[] = {
         {"textenable1.0", false, callWith(Kx_Ipc_GetOSD)},
         {"textenable1", true, callWith(Kx_Ipc_GetOSD)},
+        {"textenable1", true, callWith(Kx_Ipc_GetOSD_ForOldVer)},
         {"audioenable", true, callWith(Kx_Ipc_GetAudioConfig)},
         {"maincodec", true,
          [](long id) {
              VideoInfo video{};
              return Kx_Ipc_GetVideoConfig(id, &video, 1);
+         }},
+        {"subcodec", true,
+         [](long id) {
+             VideoInfo videos[2]{};
+             videos[1].stream = 1;
+             return Kx_Ipc_GetVideoConfig_ForOldVer(id, videos, 2);
          }},
     };
     for (const LaterRequest& request : requests) {

@@ -142,20 +142,6 @@ TEST_F(NetworkSettings, NetworkReadsEveryKey)
     EXPECT_EQ(info.httpport, 80);
 }
 
-TEST_F(NetworkSettings, RepliesAreReadUpToTheirBound)
-{
-    const std::string head = httpReply("");
-    const auto padded = [&](std::size_t size, const std::string& line) {
-        return head + std::string(size - head.size() - line.size(), ' ') + line;
-    };
-    for (const std::size_t length : {511U, 512U, 513U}) {
-        PortInfo ports{};
-        ti.replaceReply("httpport", padded(length, "OK httpport=8080"));
-        EXPECT_EQ(Kx_Ipc_GetPortInfo(tiId, &ports), 0);
-        EXPECT_EQ(ports.httpport, length == 511 ? 8080 : length == 512 ? 808 : 80);
-    }
-}
-
 TEST_F(NetworkSettings, WritingTheNetworkEndsTheSessionWhenTheCameraMoves)
 {
     const struct

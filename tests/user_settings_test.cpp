@@ -2,6 +2,7 @@
 #include "SdkTest.h"
 
 #include <cstring>
+#include <functional>
 
 #include "CameraCalls.h"
 #include "Core/UserInfo.h"
@@ -179,11 +180,19 @@ TEST_F(UserSettings, SetUserProvesThePasswordOfTheSession)
     EXPECT_EQ(ti.value("user.2"), "");
 }
 
-TEST_F(UserSettings, SetUserIsCutAtItsBound)
+TEST_F(UserSettings, QueriesAreCutAtTheirBounds)
 {
-    Kx_Ipc_NewSetUser(tiId, std::string(1500, 'n').c_str(), std::string(1500, 'p').c_str(), 1, 2, 3);
-    const std::string start = proof + "&newsetuser=" + std::string(1500, 'n') + ":";
-    EXPECT_THAT(queries(ti), ElementsAre(start + std::string(2046 - start.size(), 'p')));
+    const std::string name(490, 'n');
+    const std::string password(2000, 'p');
+    Kx_Ipc_NewSetUser(tiId, name.c_str(), password.c_str(), 1, 2, 3);
+    Kx_Ipc_DeleteUser(tiId, password.c_str());
+    Kx_Ipc_ModifyPassword(tiId, name.c_str(), password.c_str());
+    const auto filled = [](const std::string& start, std::size_t length) {
+        return start + std::string(length - start.size(), 'p');
+    };
+    EXPECT_THAT(queries(ti),
+                ElementsAre(filled(proof + "&newsetuser=" + name + ":", 2046), filled("&deluser=", 1022),
+                            askType, filled("&deluser=" + name + "&adduser=" + name + ":", 1022)));
 }
 
 TEST_F(UserSettings, ChallengeGivesTheKeyAndItsNumber)
@@ -225,17 +234,6 @@ TEST_F(UserSettings, ChallengeReadsWhatTheReplyHolds)
         EXPECT_EQ(id, row.id) << row.lines;
     }
     EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_NONE);
-}
-
-TEST_F(UserSettings, AKeyBeyondTheReplyIsCut)
-{
-    char key[2048] = "";
-    int id = -7;
-    const std::string head = "OK challenge\nkey=";
-    ti.replaceReply("challenge", head + std::string(3000, 'k'));
-    EXPECT_EQ(Kx_Ipc_PasswordChallenge(tiId, "k", key, &id), 0);
-    EXPECT_EQ(key, std::string(255 - head.size(), 'k'));
-    EXPECT_EQ(id, -7);
 }
 
 TEST_F(UserSettings, AllSlotsAreReadInThreeRequests)
@@ -342,33 +340,41 @@ TEST_F(UserSettings, ALockedSessionManagesNoAccounts)
     EXPECT_EQ(Kx_Ipc_ModifyPassword(tiId, "admin", "new"), 0);
 }
 
-TEST_F(UserSettings, TracesShowNoSecret)
+TEST_F(UserSettings, TracesShowNoSecretAndNoFailure)
 {
-    const std::string type = "KxOutputDebugInfo: ====Get UserType1:%s=== \n"
-                             "KxOutputDebugInfo: ====Get UserType2:%s=== \n";
-    char key[2048];
-    int keyId = 0;
-    UserListEntry entries[10];
-    SqaInfo questions;
-    const auto printed = [](const std::function<void()>& call) {
-        testing::internal::CaptureStdout();
-        call();
-        return testing::internal::GetCapturedStdout();
+    const auto trace = [](const std::string& text) { return "KxOutputDebugInfo: " + text + " \n"; };
+    const std::string slotTrace = trace("====Get UserType1:%s===");
+    const std::string typeTraces = slotTrace + trace("====Get UserType2:%s===");
+    Records records;
+    const struct
+    {
+        std::function<int()> call;
+        std::string printed;
+    } cases[] = {
+        {[&] { return Kx_Ipc_GetUserType(tiId, "admin"); }, typeTraces},
+        {[&] { return Kx_Ipc_GetUserType(tiId, "ghost"); }, slotTrace},
+        {[&] { return Kx_Ipc_AddUser(tiId, &bob); }, trace("==AddUser Response:%s==")},
+        {[&] { return Kx_Ipc_ModifyPassword(tiId, "bob", "new"); },
+         typeTraces + trace("==Add User:%s password:%s Response:%s==")},
+        {[&] { return Kx_Ipc_NewSetUser(tiId, "bob", "new", 1, 2, 3); },
+         trace("==newAddUser Response:%s==")},
+        {[&] { return Kx_Ipc_DeleteUser(tiId, "bob"); }, trace("==DelUser Response:%s==")},
+        {[&] { return Kx_Ipc_PasswordChallenge(tiId, "k", records.challengeKey, &records.challengeKeyId); },
+         trace("==password challenge Response:%s==")},
+        {[&] { return Kx_Ipc_GetAllUser(tiId, records.users); }, ""},
+        {[&] { return Kx_Ipc_GetSQA(tiId, &records.questions); }, ""},
     };
-    EXPECT_EQ(printed([&] { Kx_Ipc_GetUserType(tiId, "admin"); }), type);
-    EXPECT_EQ(printed([&] { Kx_Ipc_AddUser(tiId, &bob); }), "KxOutputDebugInfo: ==AddUser Response:%s== \n");
-    EXPECT_EQ(printed([&] { Kx_Ipc_ModifyPassword(tiId, "bob", "new"); }),
-              type + "KxOutputDebugInfo: ==Add User:%s password:%s Response:%s== \n");
-    EXPECT_EQ(printed([&] { Kx_Ipc_NewSetUser(tiId, "bob", "new", 1, 2, 3); }),
-              "KxOutputDebugInfo: ==newAddUser Response:%s== \n");
-    EXPECT_EQ(printed([&] { Kx_Ipc_DeleteUser(tiId, "bob"); }),
-              "KxOutputDebugInfo: ==DelUser Response:%s== \n");
-    EXPECT_EQ(printed([&] { Kx_Ipc_PasswordChallenge(tiId, "k", key, &keyId); }),
-              "KxOutputDebugInfo: ==password challenge Response:%s== \n");
-    EXPECT_EQ(printed([&] { Kx_Ipc_GetAllUser(tiId, entries); }), "");
-    EXPECT_EQ(printed([&] { Kx_Ipc_GetSQA(tiId, &questions); }), "");
-    EXPECT_EQ(printed([&] { Kx_Ipc_GetUserType(tiId, "ghost"); }),
-              "KxOutputDebugInfo: ====Get UserType1:%s=== \n");
-    ti.setFault({.kind = kxsim::Fault::Kind::Status, .status = 404});
-    EXPECT_EQ(printed([&] { Kx_Ipc_AddUser(tiId, &bob); }), ""); // the request failed
+    for (const bool works : {true, false}) {
+        if (!works)
+            ti.setFault({.kind = kxsim::Fault::Kind::Status, .status = 404});
+        for (const auto& row : cases) {
+            testing::internal::CaptureStdout();
+            row.call();
+            EXPECT_EQ(testing::internal::GetCapturedStdout(), works ? row.printed : "") << row.printed;
+        }
+    }
+    ti.setFault({.kind = kxsim::Fault::Kind::Status, .status = 404, .onlyFor = "authority"});
+    testing::internal::CaptureStdout();
+    Kx_Ipc_GetUserType(tiId, "admin");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), slotTrace);
 }

@@ -1,6 +1,7 @@
 // Video streams: what goes out in both dialects, what becomes of the replies, and when the camera gets its pauses.
 #include "SdkTest.h"
 
+#include <array>
 #include <chrono>
 #include <cstring>
 #include <limits>
@@ -8,8 +9,8 @@
 
 using kxsim::httpReply;
 using testing::ElementsAre;
-using testing::EndsWith;
 using testing::SizeIs;
+using Clock = std::chrono::steady_clock;
 
 namespace
 {
@@ -100,6 +101,23 @@ protected:
         EXPECT_EQ(set(toTi ? tiId : pageId, &video, 1), 0);
         return queries(toTi ? ti : page).back();
     }
+
+    /// When each request of a set came, and when the call was over.
+    std::vector<Clock::time_point> timesOf(int (*set)(long, const VideoInfo*, int), const VideoInfo& video,
+                                           bool toTi)
+    {
+        std::mutex mutex;
+        std::vector<Clock::time_point> times;
+        auto& camera = toTi ? ti : page;
+        camera.onRequest([&](const kxsim::Request&) {
+            const std::lock_guard lock(mutex);
+            times.push_back(Clock::now());
+        });
+        sent(set, video, toTi);
+        camera.onRequest({});
+        times.push_back(Clock::now());
+        return times;
+    }
 };
 
 } // namespace
@@ -127,35 +145,45 @@ TEST_F(VideoSettings, AllStreamsAreReadInTwoRequests)
 
 TEST_F(VideoSettings, AbsentKeysLeaveTheRecordAlone)
 {
-    VideoInfo video;
-    std::memset(&video, 0x55, sizeof video);
-    video.stream = 2;
-    const auto before = fieldsOf(video);
-    page.replaceReply("", httpReply("event_stream_iframe = \n"), 2);
-    EXPECT_EQ(Kx_Ipc_GetVideoConfig(pageId, &video, 1), 0);
-    EXPECT_EQ(fieldsOf(video), before);
-    EXPECT_EQ(Kx_Ipc_GetVideoConfig_ForOldVer(pageId, &video, 1), 0);
-    EXPECT_EQ(fieldsOf(video), before);
+    for (std::uint8_t stream = 0; stream < 3; ++stream) {
+        VideoInfo video;
+        std::memset(&video, 0x55, sizeof video);
+        video.stream = stream;
+        auto before = fieldsOf(video);
+        page.replaceReply("", httpReply("event_stream_iframe = \n"), stream < 2 ? 3 : 2);
+        EXPECT_EQ(Kx_Ipc_GetVideoConfig_ForOldVer(pageId, &video, 1), 0); // asks nothing of a third stream
+        EXPECT_EQ(fieldsOf(video), before);
+        EXPECT_EQ(Kx_Ipc_GetVideoConfig(pageId, &video, 1), 0);
+        if (stream == 0)
+            before[18] = before[19] = 0; // the chip flags are the SDK's own
+        EXPECT_EQ(fieldsOf(video), before);
+    }
 }
 
 TEST_F(VideoSettings, ChipFlagsFollowFromWhatTheCameraIsMadeOf)
 {
+    const auto x = [](std::size_t count) { return std::string(count, 'x'); };
     const struct
     {
-        const char* sensor;
-        const char* lines;
+        std::string sensor;
+        std::string lines;
         int limited;
         int imx274;
     } cases[] = {{"imx274", "OK cputype=hi3516av200\nOK ddrsize=1\n", 1, 1},
                  {"sony imx274c", "OK cputype=x3516av200x\nOK ddrsize=2\n", 0, 1},
                  {"imx290", "OK cputype=3516av200\n", 0, 0},
                  {"imx274", "OK cputype=3516a\nOK ddrsize=1\n", 1, 0},
-                 {"imx274", "OK ddrsize=1\n", 0, 0}};
+                 {"imx274", "OK ddrsize=1\n", 0, 0},
+                 // Both texts are read up to 63 characters.
+                 {x(57) + "imx274", "OK cputype=" + x(55) + "3516av200\nOK ddrsize=1\n", 1, 0},
+                 {x(57) + "imx274", "OK cputype=" + x(54) + "3516av200\n", 0, 1},
+                 {x(58) + "imx274", "OK cputype=" + x(54) + "3516av200\n", 0, 0},
+                 {"imx274", "OK cputype=" + x(59) + "3516a\nOK ddrsize=1\n", 0, 0}};
     for (const auto& row : cases) {
         VideoInfo video{};
         video.limited3516a = video.imx274on3516av200 = 7;
         page.replaceReply(
-            "general", httpReply("system_deviceinformation_sensor = '" + std::string(row.sensor) + "';\n"));
+            "general", httpReply("system_deviceinformation_sensor = '" + row.sensor + "';\n"));
         page.replaceReply("cputype", httpReply(row.lines));
         EXPECT_EQ(Kx_Ipc_GetVideoConfig(pageId, &video, 1), 0);
         EXPECT_EQ(video.limited3516a, row.limited) << row.sensor << row.lines;
@@ -405,40 +433,36 @@ TEST_F(VideoSettings, WhatWasReadCanBeWrittenBack)
 TEST_F(VideoSettings, TheCameraGetsTimeToRestartItsEncoder)
 {
     using namespace std::chrono_literals;
-    using Clock = std::chrono::steady_clock;
     EXPECT_EQ(Timing{}.newResolution, 2s);
     EXPECT_EQ(Timing{}.newEncoding, 5s);
     EXPECT_EQ(Timing{}.newThirdEncoding, 3s);
     EXPECT_EQ(Timing{}.oldFirmwareEncoding, 1500ms);
-    g_timing.newResolution = 20ms;
-    g_timing.newEncoding = 60ms;
-    g_timing.newThirdEncoding = 40ms;
-    g_timing.oldFirmwareEncoding = 30ms;
+    constexpr Timing::Milliseconds Timing::*none = nullptr;
     const struct
     {
         int (*set)(long, const VideoInfo*, int);
         bool toTi;
         std::uint8_t stream;
-        std::vector<Clock::duration> after; // each request; last, the end of the call
-    } cases[] = {{Kx_Ipc_SetVideoConfig, false, 0, {0ms, 20ms, 0ms, 60ms}},
-                 {Kx_Ipc_SetVideoConfig, false, 1, {0ms, 20ms, 60ms}},
-                 {Kx_Ipc_SetVideoConfig, false, 2, {0ms, 20ms, 40ms}},
-                 {Kx_Ipc_SetVideoConfig, true, 2, {0ms, 20ms, 0ms}},
-                 {Kx_Ipc_SetVideoConfig_ForOldVer, true, 0, {0ms, 30ms}}};
-    for (const auto& row : cases) {
-        std::mutex mutex;
-        std::vector<Clock::time_point> times;
-        auto& camera = row.toTi ? ti : page;
-        camera.onRequest([&](const kxsim::Request&) {
-            const std::lock_guard lock(mutex);
-            times.push_back(Clock::now());
-        });
-        const VideoInfo video = sample(row.stream);
-        EXPECT_EQ(row.set(row.toTi ? tiId : pageId, &video, 1), 0);
-        camera.onRequest({});
-        times.push_back(Clock::now());
-        ASSERT_THAT(times, SizeIs(row.after.size() + 1));
-        for (std::size_t i = 0; i < row.after.size(); ++i)
-            EXPECT_GE(times[i + 1] - times[i], row.after[i]) << "stream " << int{row.stream} << ", " << i;
+        std::vector<Timing::Milliseconds Timing::*> after; // each request; last, the end of the call
+    } cases[] = {
+        {Kx_Ipc_SetVideoConfig, false, 0, {none, &Timing::newResolution, none, &Timing::newEncoding}},
+        {Kx_Ipc_SetVideoConfig, false, 1, {none, &Timing::newResolution, &Timing::newEncoding}},
+        {Kx_Ipc_SetVideoConfig, false, 2, {none, &Timing::newResolution, &Timing::newThirdEncoding}},
+        {Kx_Ipc_SetVideoConfig, true, 2, {none, &Timing::newResolution, none}},
+        {Kx_Ipc_SetVideoConfig_ForOldVer, true, 0, {none, &Timing::oldFirmwareEncoding}},
+    };
+    // In two orders of length, so that no pause can stand in for another one.
+    for (const auto& pauses : {std::array{5ms, 10ms, 15ms, 20ms}, std::array{20ms, 15ms, 10ms, 5ms}}) {
+        g_timing.newResolution = pauses[0];
+        g_timing.newEncoding = pauses[1];
+        g_timing.newThirdEncoding = pauses[2];
+        g_timing.oldFirmwareEncoding = pauses[3];
+        for (const auto& row : cases) {
+            const std::vector<Clock::time_point> times = timesOf(row.set, sample(row.stream), row.toTi);
+            ASSERT_THAT(times, SizeIs(row.after.size() + 1));
+            for (std::size_t i = 0; i < row.after.size(); ++i)
+                EXPECT_GE(times[i + 1] - times[i], row.after[i] != none ? g_timing.*row.after[i] : 0ms)
+                    << "stream " << int{row.stream} << ", " << i;
+        }
     }
 }
