@@ -9,27 +9,22 @@ using Capabilities = CameraTest;
 
 TEST_F(Capabilities, EachQuestionTestsItsBitsOfTheMask)
 {
-    const struct
-    {
-        const char* mask;
-        int all;
-        std::vector<int> has; // memory card, audio, alarm, BNC, PTZ
-    } cases[] = {
+    const std::tuple<const char*, int, std::vector<int>> cases[] = {
         {"0", 0, {0, 0, 0, 0, 0}},           {"1", 1, {1, 0, 0, 0, 0}},   {"2", 2, {0, 1, 0, 0, 0}},
         {"4", 4, {0, 0, 1, 0, 0}},           {"8", 8, {0, 0, 0, 1, 0}},   {"16", 16, {0, 0, 0, 0, 1}},
         {"32", 32, {0, 0, 1, 0, 0}},         {"64", 64, {0, 0, 0, 0, 0}}, {"63", 63, {1, 1, 1, 1, 1}},
         {"4294967295", -1, {1, 1, 1, 1, 1}}, {"x", 0, {0, 0, 0, 0, 0}}};
-    for (const auto& row : cases) {
-        SCOPED_TRACE(row.mask);
-        ti.setValue("chipninterface", row.mask);
+    for (const auto& [told, all, has] : cases) { // memory card, audio, alarm, BNC, PTZ
+        SCOPED_TRACE(told);
+        ti.setValue("chipninterface", told);
         std::uint32_t mask = 99;
-        EXPECT_EQ(Kx_Ipc_GetAllChipInterface(tiId), row.all);
+        EXPECT_EQ(Kx_Ipc_GetAllChipInterface(tiId), all);
         EXPECT_EQ(Kx_Ipc_GetChipinterface(tiId, &mask), 0);
-        EXPECT_EQ(mask, static_cast<std::uint32_t>(row.all));
+        EXPECT_EQ(mask, static_cast<std::uint32_t>(all));
         EXPECT_THAT((std::vector{Kx_Ipc_HasSDInterface(tiId), Kx_Ipc_HasAudioInterface(tiId),
                                  Kx_Ipc_HasAlarmInterface(tiId), Kx_Ipc_HasBNCInterface(tiId),
                                  Kx_Ipc_HasPTZInterface(tiId)}),
-                    row.has);
+                    has);
     }
     EXPECT_THAT(queries(ti), Each("&paratest=chipninterface"));
 }
@@ -54,17 +49,13 @@ TEST_F(Capabilities, FailuresAndMissingKeysAreNo)
 
 TEST_F(Capabilities, TheMaskTellsAMissingKeyFromAFailureInOneFormOnly)
 {
-    const struct
-    {
-        std::string reply;
-        int all;
-    } cases[] = {{httpReply("OK\n"), 0},
-                 {httpReply("OK chipninterface=1\n", "404 Not Found"), -1},
-                 {std::string("\0OK chipninterface=1", 20), -1}};
-    for (const auto& row : cases) {
+    const std::pair<std::string, int> cases[] = {{httpReply("OK\n"), 0},
+                                                 {httpReply("OK chipninterface=1\n", "404 Not Found"), -1},
+                                                 {std::string("\0OK chipninterface=1", 20), -1}};
+    for (const auto& [reply, all] : cases) {
         std::uint32_t mask = 99;
-        ti.replaceReply("", row.reply, 2);
-        EXPECT_EQ(Kx_Ipc_GetAllChipInterface(tiId), row.all);
+        ti.replaceReply("", reply, 2);
+        EXPECT_EQ(Kx_Ipc_GetAllChipInterface(tiId), all);
         EXPECT_EQ(Kx_Ipc_GetChipinterface(tiId, &mask), -1);
         EXPECT_EQ(mask, 99U);
     }
@@ -83,21 +74,16 @@ TEST_F(Capabilities, StorageAndPhoneAreThereWhenTheirKeyIsNotZero)
 
 TEST_F(Capabilities, TheModelTellsItsFamilies)
 {
-    const struct
-    {
-        const char* model;
-        int mini;
-        int cube;
-        int highFrame;
-    } cases[] = {{"KX-C208T", 1, 0, 0}, {"KX-C209RT", 0, 1, 0},  {"KX-C20", 0, 0, 0}, {"KX-C28", 0, 0, 0},
-                 {"", 0, 0, 0},         {"KX-C3081RB", 1, 0, 1}, {"RXC", 0, 0, 1},    {"KX-R-SP", 0, 0, 1},
-                 {"KX-R200A", 0, 0, 0}, {"KX-r300B", 0, 0, 0}};
-    for (const auto& row : cases) {
-        SCOPED_TRACE(row.model);
-        ti.setValue("productmodel", row.model);
-        EXPECT_EQ(Kx_Ipc_IsMini(tiId), row.mini);
-        EXPECT_EQ(Kx_Ipc_IsCube(tiId), row.cube);
-        EXPECT_EQ(KX_Ipc_HasHighFrameInterface(tiId), row.highFrame);
+    const std::tuple<const char*, int, int, int> cases[] = {
+        {"KX-C208T", 1, 0, 0}, {"KX-C209RT", 0, 1, 0},  {"KX-C20", 0, 0, 0}, {"KX-C28", 0, 0, 0},
+        {"", 0, 0, 0},         {"KX-C3081RB", 1, 0, 1}, {"RXC", 0, 0, 1},    {"KX-R-SP", 0, 0, 1},
+        {"KX-R200A", 0, 0, 0}, {"KX-r300B", 0, 0, 0}};
+    for (const auto& [model, mini, cube, highFrame] : cases) {
+        SCOPED_TRACE(model);
+        ti.setValue("productmodel", model);
+        EXPECT_EQ(Kx_Ipc_IsMini(tiId), mini);
+        EXPECT_EQ(Kx_Ipc_IsCube(tiId), cube);
+        EXPECT_EQ(KX_Ipc_HasHighFrameInterface(tiId), highFrame);
     }
     ti.replaceReply("productmodel", httpReply("OK productmodel=KX-R300B\n", "404 Not Found"));
     EXPECT_EQ(KX_Ipc_HasHighFrameInterface(tiId), 0); // a failed request is no failure here

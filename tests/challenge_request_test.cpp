@@ -68,12 +68,7 @@ TEST_F(ChallengeRequest, OnlyThePasswordRequestProbesFirst)
 
 TEST_F(ChallengeRequest, MapsStatusTextsAnywhereInTheReply)
 {
-    const struct
-    {
-        std::string reply;
-        long error; // none: success
-        long challengeError;
-    } cases[] = {
+    const std::tuple<std::string, long, long> cases[] = {
         {httpReply("", "400 Bad Request"), KX_ERROR_NETWORK, KX_ERROR_NETWORK},
         {httpReply("", "401 Unauthorized"), KX_ERROR_UNAUTHORISED, KX_ERROR_UNAUTHORISED},
         {httpReply("", "403 Forbidden"), KX_ERROR_FORBIDDEN, KX_ERROR_FORBIDDEN},
@@ -84,12 +79,12 @@ TEST_F(ChallengeRequest, MapsStatusTextsAnywhereInTheReply)
         {httpReply("nothing", "204 No Content"), KX_ERROR_NONE, KX_ERROR_BUSY},
         {std::string("HTTP\0OK", 7), KX_ERROR_NONE, KX_ERROR_BUSY},
     };
-    for (const auto& row : cases) {
+    for (const auto& [answer, error, challengeError] : cases) {
         for (const auto& [request, target] : requests) {
-            SCOPED_TRACE(target + row.reply);
-            const long expected = request == DoRequestForChallenge ? row.challengeError : row.error;
+            SCOPED_TRACE(target + answer);
+            const long expected = request == DoRequestForChallenge ? challengeError : error;
             g_nLastError = KX_ERROR_NONE;
-            camera.replaceReply("", row.reply);
+            camera.replaceReply("", answer);
             EXPECT_EQ(run(request, "key"), expected == KX_ERROR_NONE ? 0 : -1);
             EXPECT_EQ(g_nLastError, expected);
         }
@@ -180,7 +175,7 @@ TEST_F(ChallengeRequest, CutsARequestAtItsBound)
         run(request, std::string(1 + room, 'x'));
         EXPECT_EQ(camera.requests().back().text.size(), 20479U) << target;
         EXPECT_EQ(run(request, std::string(2 + room, 'x')), -1); // loses its last line feed
-        run(request, std::string(20481, 'x')); // too long to be escaped: left out
+        run(request, std::string(20481, 'x'));                   // too long to be escaped: left out
         EXPECT_EQ(camera.requests().back().target, target);
     }
 }

@@ -75,12 +75,7 @@ TEST_F(Download, TakesTheReplyApartAtTheFirstTwoLineFeeds)
 {
     const std::string untouched = "before";
     const std::string filler(1005, 'f');
-    const struct
-    {
-        std::string reply;
-        Outcome outcome;
-        std::string left;
-    } cases[] = {
+    const std::tuple<std::string, Outcome, std::string> cases[] = {
         {fileReply("body"), succeeds, "body" + zeros(4)},
         {fileReply("\n\n"), succeeds, "\n\n" + zeros(2)},
         {fileReply("b", "Content-Length: 1\n"), succeeds, "b" + zeros(1)},
@@ -99,11 +94,11 @@ TEST_F(Download, TakesTheReplyApartAtTheFirstTwoLineFeeds)
         {"HTTP/1.1 401 Unauthorized\n\n", failsSilently, untouched},
         {"", failsByNetwork, untouched},
     };
-    for (const auto& row : cases) {
+    for (const auto& [answer, outcome, left] : cases) {
         const std::string path = make("file", untouched);
-        camera.replaceReply("", row.reply);
-        EXPECT_EQ(download(path), row.outcome) << row.reply;
-        EXPECT_EQ(contentOf("file"), row.left) << row.reply;
+        camera.replaceReply("", answer);
+        EXPECT_EQ(download(path), outcome) << answer;
+        EXPECT_EQ(contentOf("file"), left) << answer;
     }
     camera.replaceReply("", "HTTP/1.1 404 Not Found\n\n");
     EXPECT_EQ(download(pathOf("new")), failsSilently);

@@ -65,12 +65,7 @@ TEST_F(HostileCamera, EndsEveryCallWithTheFaultsCode)
         Answers, // something comes back: sets succeed, gets find no key
         Babbles  // the same, without an "OK"
     };
-    const struct
-    {
-        Fault fault;
-        Outcome outcome;
-        long error;
-    } cases[] = {
+    const std::tuple<Fault, Outcome, long> cases[] = {
         {{.kind = Fault::Kind::Refuse}, Fails, KX_ERROR_NETWORK},
         {{.kind = Fault::Kind::Unreachable}, Fails, KX_ERROR_NETWORK},
         {{.kind = Fault::Kind::SilentBefore}, Fails, KX_ERROR_NETWORK},
@@ -84,21 +79,20 @@ TEST_F(HostileCamera, EndsEveryCallWithTheFaultsCode)
         {{.kind = Fault::Kind::Endless}, Answers, KX_ERROR_NONE},
         {{.kind = Fault::Kind::Garbage}, Babbles, KX_ERROR_NONE},
     };
-    for (const auto& row : cases) {
+    for (const auto& [fault, outcome, error] : cases) {
         for (const NamedCall& call : cameraCalls) {
-            SCOPED_TRACE(testing::Message()
-                         << call.name << " under fault " << static_cast<int>(row.fault.kind));
-            setFault(row.fault);
+            SCOPED_TRACE(testing::Message() << call.name << " under fault " << static_cast<int>(fault.kind));
+            setFault(fault);
             g_nLastError = KX_ERROR_NONE;
             Records records;
             const int result = run(call, records);
-            const bool fails = row.outcome == Fails || row.outcome == Silent;
+            const bool fails = outcome == Fails || outcome == Silent;
             if (fails || call.ignoresReply) {
                 EXPECT_EQ(result, fails ? call.unreached : 0);
             }
-            EXPECT_EQ(Kx_Sdk_GetLastError(), row.outcome == Silent    ? call.errorWithoutReply
-                                             : row.outcome == Babbles ? call.errorWithoutOk
-                                                                      : row.error);
+            EXPECT_EQ(Kx_Sdk_GetLastError(), outcome == Silent    ? call.errorWithoutReply
+                                             : outcome == Babbles ? call.errorWithoutOk
+                                                                  : error);
         }
     }
 }

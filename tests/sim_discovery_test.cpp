@@ -158,11 +158,7 @@ TEST(SimDiscovery, AnswersWhoAsksForItAndNobodyElse)
 {
     const std::string network = "\"http://www.onvif.org/ver10/network/wsdl\"";
     const std::string rfc3986 = "\"http://schemas.xmlsoap.org/ws/2005/04/discovery/rfc3986\"";
-    const struct
-    {
-        std::string datagram;
-        bool answered;
-    } rows[] = {
+    const std::pair<std::string, bool> rows[] = {
         {probe(), true},
         {probe("<d:Types/><d:Scopes/>"), true},
         {probe("<d:Types> \n </d:Types><d:Scopes> \t </d:Scopes>"), true},
@@ -194,8 +190,8 @@ TEST(SimDiscovery, AnswersWhoAsksForItAndNobodyElse)
         {message(""), false},
     };
     const SimCamera camera(found());
-    for (const auto& row : rows)
-        EXPECT_THAT(repliesTo(row.datagram), SizeIs(row.answered ? 1 : 0)) << row.datagram;
+    for (const auto& [datagram, answered] : rows)
+        EXPECT_THAT(repliesTo(datagram), SizeIs(answered ? 1 : 0)) << datagram;
 }
 
 TEST(SimDiscovery, ResolvesItsOwnEndpoint)

@@ -57,13 +57,7 @@ TEST_F(UserSettings, TypeIsAskedForTheSlotOfTheName)
 TEST_F(UserSettings, TypeIsReadOffTheRawReplies)
 {
     const std::string longName(61, 'n');
-    const struct
-    {
-        std::string users;
-        std::string name;
-        std::string authority;
-        int type;
-    } cases[] = {
+    const std::tuple<std::string, std::string, std::string, int> cases[] = {
         {httpReply("OK user.4=bob\n"), "bob", httpReply("OK authority.4=12\n"), 12},
         {httpReply("OK user.4=bob\n"), "bob", httpReply("OK authority.4= -7 8\n"), -7},
         {httpReply("OK user.4=bob\n"), "bob", httpReply("nothing"), 0},
@@ -80,12 +74,12 @@ TEST_F(UserSettings, TypeIsReadOffTheRawReplies)
         {httpReply("OK user.4=" + longName + "more\n"), longName, httpReply("OK authority.4=5\n"), 5},
         {"", "bob", httpReply("OK authority.4=12\n"), -1},
     };
-    for (const auto& row : cases) {
+    for (const auto& [users, name, authority, type] : cases) {
         kxsim::SimCamera camera;
         const long id = login(camera);
-        camera.replaceReply("user.0", row.users);
-        camera.replaceReply("authority", row.authority);
-        EXPECT_EQ(Kx_Ipc_GetUserType(id, row.name.c_str()), row.type) << row.users << row.authority;
+        camera.replaceReply("user.0", users);
+        camera.replaceReply("authority", authority);
+        EXPECT_EQ(Kx_Ipc_GetUserType(id, name.c_str()), type) << users << authority;
         Kx_Ipc_Logout(id);
     }
 }
@@ -147,25 +141,6 @@ TEST_F(UserSettings, TheSessionKeepsThePasswordItLoggedInWith)
     EXPECT_EQ(Kx_Ipc_GetUserType(tiId, "admin"), 10);
 }
 
-TEST_F(UserSettings, ChangesNeedTheirWordOfConfirmation)
-{
-    const auto calls = {+[](long id) { return Kx_Ipc_DeleteUser(id, "bob"); },
-                        +[](long id) { return Kx_Ipc_ModifyPassword(id, "admin", "p"); },
-                        +[](long id) { return Kx_Ipc_NewSetUser(id, "bob", "p", 1, 2, 3); },
-                        +[](long id) {
-                            const UserAccountInfo account{"bob", "p", 1};
-                            return Kx_Ipc_AddUser(id, &account);
-                        }};
-    for (const auto& call : calls) {
-        for (const auto& [body, result] : {std::pair("OK adduser\nOK deluser\nOK newsetuser\n", 0),
-                                           std::pair("NG adduser\nNG deluser\nNG newsetuser\nOK\n", -1)}) {
-            ti.replaceReply("user=", httpReply(body));
-            EXPECT_EQ(call(tiId), result);
-        }
-    }
-    EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_NONE);
-}
-
 TEST_F(UserSettings, SetUserProvesThePasswordOfTheSession)
 {
     EXPECT_EQ(Kx_Ipc_NewSetUser(tiId, "eve", "a b", 3, 4, -1), 0);
@@ -211,13 +186,7 @@ TEST_F(UserSettings, ChallengeGivesTheKeyAndItsNumber)
 
 TEST_F(UserSettings, ChallengeReadsWhatTheReplyHolds)
 {
-    const struct
-    {
-        std::string lines;
-        int result;
-        const char* key;
-        int id;
-    } cases[] = {
+    const std::tuple<std::string, int, const char*, int> cases[] = {
         {"OK challenge\n", 0, "before", -7},
         {"OK challenge\nkey=\nkeyid=\n", 0, "", 0},
         {"OK challenge\nkeyid=12x\nkey=a b=c\r\n", 0, "a b=c\r", 12},
@@ -225,13 +194,13 @@ TEST_F(UserSettings, ChallengeReadsWhatTheReplyHolds)
         {"key=k\nkeyid=4\n", -1, "before", -7},
         {"NG challenge\nkey=k\nkeyid=4\n", -1, "before", -7},
     };
-    for (const auto& row : cases) {
+    for (const auto& [lines, result, wantedKey, wantedId] : cases) {
         char key[2048] = "before";
         int id = -7;
-        ti.replaceReply("challenge", httpReply(row.lines));
-        EXPECT_EQ(Kx_Ipc_PasswordChallenge(tiId, "k", key, &id), row.result) << row.lines;
-        EXPECT_STREQ(key, row.key) << row.lines;
-        EXPECT_EQ(id, row.id) << row.lines;
+        ti.replaceReply("challenge", httpReply(lines));
+        EXPECT_EQ(Kx_Ipc_PasswordChallenge(tiId, "k", key, &id), result) << lines;
+        EXPECT_STREQ(key, wantedKey) << lines;
+        EXPECT_EQ(id, wantedId) << lines;
     }
     EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_NONE);
 }
@@ -251,18 +220,12 @@ TEST_F(UserSettings, AllSlotsAreReadInThreeRequests)
     EXPECT_EQ(Kx_Ipc_GetAllUser(tiId, entries), 0);
     EXPECT_THAT(queries(ti), ElementsAre(slots("user"), slots("authority"), slots("privilege")));
 
-    const struct
-    {
-        std::size_t slot;
-        std::string name;
-        int authority;
-        int privilege;
-    } expected[] = {
+    const std::tuple<std::size_t, std::string, int, int> expected[] = {
         {0, "admin", 10, 255}, {1, "bob", 2, 0}, {2, "", 0, 0}, {9, std::string(32, 'n'), 44, 255}};
-    for (const auto& row : expected) {
-        EXPECT_EQ(entries[row.slot].name, row.name);
-        EXPECT_EQ(entries[row.slot].authority, row.authority);
-        EXPECT_EQ(entries[row.slot].privilege, row.privilege);
+    for (const auto& [slot, name, authority, privilege] : expected) {
+        EXPECT_EQ(entries[slot].name, name);
+        EXPECT_EQ(entries[slot].authority, authority);
+        EXPECT_EQ(entries[slot].privilege, privilege);
     }
     for (const std::size_t untouched : {8U, 10U}) {
         UserListEntry before;
@@ -285,23 +248,13 @@ TEST_F(UserSettings, AFailedListKeepsWhatItCouldNotRead)
     }
 }
 
-TEST_F(UserSettings, SecurityQuestionsComeFromTheAdministrativePath)
-{
-    SqaInfo info{};
-    EXPECT_EQ(Kx_Ipc_GetSQA(tiId, &info), 0);
-    EXPECT_THAT(queries(ti), ElementsAre("/cgi-bin/admin/admin.cgi?action=get.sqa&format=inf"));
-    EXPECT_EQ(info.sqa_enable, 1);
-    EXPECT_EQ(info.sqa_type_1, 4);
-    EXPECT_STREQ(info.sqa_question_0, "What was the name of your first school?");
-    EXPECT_STREQ(info.sqa_question_2, "");
-}
-
 TEST_F(UserSettings, SecurityQuestionsEndAtTheCarriageReturn)
 {
     const SqaInfo all = read(Kx_Ipc_GetSQA, "sqa_enable=1\r\nsqa_type_0=2\r\nsqa_question_0=a\nb\r\n"
                                             "sqa_type_1=3\r\nsqa_question_1=c # d\r\nsqa_type_2=4\r\n"
                                             "sqa_question_2=" +
                                                 std::string(300, 'q') + "\r\n");
+    EXPECT_THAT(queries(ti), ElementsAre("/cgi-bin/admin/admin.cgi?action=get.sqa&format=inf"));
     EXPECT_EQ(all.sqa_enable, 1);
     EXPECT_EQ(all.sqa_type_0, 2);
     EXPECT_STREQ(all.sqa_question_0, "a\nb");
@@ -317,6 +270,10 @@ TEST_F(UserSettings, SecurityQuestionsEndAtTheCarriageReturn)
     EXPECT_EQ(some.sqa_enable, 9);
     EXPECT_EQ(some.sqa_type_1, 5);
     EXPECT_STREQ(some.sqa_question_1, "before");
+
+    SqaInfo own{};
+    EXPECT_EQ(Kx_Ipc_GetSQA(pageId, &own), 0);
+    EXPECT_STREQ(own.sqa_question_0, "What was the name of your first school?");
 }
 
 TEST_F(UserSettings, ALockedSessionManagesNoAccounts)
@@ -346,18 +303,13 @@ TEST_F(UserSettings, TracesShowNoSecretAndNoFailure)
     const std::string slotTrace = trace("====Get UserType1:%s===");
     const std::string typeTraces = slotTrace + trace("====Get UserType2:%s===");
     Records records;
-    const struct
-    {
-        std::function<int()> call;
-        std::string printed;
-    } cases[] = {
+    const std::pair<std::function<int()>, std::string> cases[] = {
         {[&] { return Kx_Ipc_GetUserType(tiId, "admin"); }, typeTraces},
         {[&] { return Kx_Ipc_GetUserType(tiId, "ghost"); }, slotTrace},
         {[&] { return Kx_Ipc_AddUser(tiId, &bob); }, trace("==AddUser Response:%s==")},
         {[&] { return Kx_Ipc_ModifyPassword(tiId, "bob", "new"); },
          typeTraces + trace("==Add User:%s password:%s Response:%s==")},
-        {[&] { return Kx_Ipc_NewSetUser(tiId, "bob", "new", 1, 2, 3); },
-         trace("==newAddUser Response:%s==")},
+        {[&] { return Kx_Ipc_NewSetUser(tiId, "bob", "new", 1, 2, 3); }, trace("==newAddUser Response:%s==")},
         {[&] { return Kx_Ipc_DeleteUser(tiId, "bob"); }, trace("==DelUser Response:%s==")},
         {[&] { return Kx_Ipc_PasswordChallenge(tiId, "k", records.challengeKey, &records.challengeKeyId); },
          trace("==password challenge Response:%s==")},
@@ -367,10 +319,10 @@ TEST_F(UserSettings, TracesShowNoSecretAndNoFailure)
     for (const bool works : {true, false}) {
         if (!works)
             ti.setFault({.kind = kxsim::Fault::Kind::Status, .status = 404});
-        for (const auto& row : cases) {
+        for (const auto& [call, printed] : cases) {
             testing::internal::CaptureStdout();
-            row.call();
-            EXPECT_EQ(testing::internal::GetCapturedStdout(), works ? row.printed : "") << row.printed;
+            call();
+            EXPECT_EQ(testing::internal::GetCapturedStdout(), works ? printed : "") << printed;
         }
     }
     ti.setFault({.kind = kxsim::Fault::Kind::Status, .status = 404, .onlyFor = "authority"});

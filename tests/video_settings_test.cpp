@@ -163,31 +163,25 @@ TEST_F(VideoSettings, AbsentKeysLeaveTheRecordAlone)
 TEST_F(VideoSettings, ChipFlagsFollowFromWhatTheCameraIsMadeOf)
 {
     const auto x = [](std::size_t count) { return std::string(count, 'x'); };
-    const struct
-    {
-        std::string sensor;
-        std::string lines;
-        int limited;
-        int imx274;
-    } cases[] = {{"imx274", "OK cputype=hi3516av200\nOK ddrsize=1\n", 1, 1},
-                 {"sony imx274c", "OK cputype=x3516av200x\nOK ddrsize=2\n", 0, 1},
-                 {"imx290", "OK cputype=3516av200\n", 0, 0},
-                 {"imx274", "OK cputype=3516a\nOK ddrsize=1\n", 1, 0},
-                 {"imx274", "OK ddrsize=1\n", 0, 0},
-                 // Both texts are read up to 63 characters.
-                 {x(57) + "imx274", "OK cputype=" + x(55) + "3516av200\nOK ddrsize=1\n", 1, 0},
-                 {x(57) + "imx274", "OK cputype=" + x(54) + "3516av200\n", 0, 1},
-                 {x(58) + "imx274", "OK cputype=" + x(54) + "3516av200\n", 0, 0},
-                 {"imx274", "OK cputype=" + x(59) + "3516a\nOK ddrsize=1\n", 0, 0}};
-    for (const auto& row : cases) {
+    const std::tuple<std::string, std::string, int, int> cases[] = {
+        {"imx274", "OK cputype=hi3516av200\nOK ddrsize=1\n", 1, 1},
+        {"sony imx274c", "OK cputype=x3516av200x\nOK ddrsize=2\n", 0, 1},
+        {"imx290", "OK cputype=3516av200\n", 0, 0},
+        {"imx274", "OK cputype=3516a\nOK ddrsize=1\n", 1, 0},
+        {"imx274", "OK ddrsize=1\n", 0, 0},
+        // Both texts are read up to 63 characters.
+        {x(57) + "imx274", "OK cputype=" + x(55) + "3516av200\nOK ddrsize=1\n", 1, 0},
+        {x(57) + "imx274", "OK cputype=" + x(54) + "3516av200\n", 0, 1},
+        {x(58) + "imx274", "OK cputype=" + x(54) + "3516av200\n", 0, 0},
+        {"imx274", "OK cputype=" + x(59) + "3516a\nOK ddrsize=1\n", 0, 0}};
+    for (const auto& [sensor, lines, limited, imx274] : cases) {
         VideoInfo video{};
         video.limited3516a = video.imx274on3516av200 = 7;
-        page.replaceReply(
-            "general", httpReply("system_deviceinformation_sensor = '" + row.sensor + "';\n"));
-        page.replaceReply("cputype", httpReply(row.lines));
+        page.replaceReply("general", httpReply("system_deviceinformation_sensor = '" + sensor + "';\n"));
+        page.replaceReply("cputype", httpReply(lines));
         EXPECT_EQ(Kx_Ipc_GetVideoConfig(pageId, &video, 1), 0);
-        EXPECT_EQ(video.limited3516a, row.limited) << row.sensor << row.lines;
-        EXPECT_EQ(video.imx274on3516av200, row.imx274) << row.sensor << row.lines;
+        EXPECT_EQ(video.limited3516a, limited) << sensor << lines;
+        EXPECT_EQ(video.imx274on3516av200, imx274) << sensor << lines;
     }
 }
 
