@@ -126,7 +126,7 @@ TEST_F(CameraCalls, ReadTheirRepliesToTheBoundAndNoFurther)
     };
     const ReplyBound bounds[] = {
         {512, "onvifport", "OK onvifport=123", 123, 12, reading(Kx_Ipc_GetPortInfo, &PortInfo::onvifport)},
-        {1024, "datetime", "[SYSTEMDATETIME]\nsystem_datetime_localdatetime_date_year=123", 123, 12,
+        {1024, "datetime", "\n[SYSTEMDATETIME]\nsystem_datetime_localdatetime_date_year=123", 123, 12,
          reading(Kx_Ipc_GetSystemDate, &DateTimeInfo::year)},
         {2048, "cputype", "OK cputype=123", 123, 12, readCpu},
         {2048, "get.system.information", "system_lpr_version=123", 123, 12,
