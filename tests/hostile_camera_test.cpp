@@ -144,16 +144,6 @@ TEST_F(HostileCamera, ValuesAreNeverFormatsAndNeverLeaveTheirFields)
     }
 }
 
-TEST_F(HostileCamera, StopsWaitingForTheRestOfAReply)
-{
-    // The reply says more is to come, and the connection stays open without it.
-    g_timing.stalledReply = std::chrono::milliseconds(50);
-    camera.setFault({.kind = Fault::Kind::Slow, .bytes = 20, .pause = std::chrono::seconds(20)});
-    FtpInfo info{};
-    EXPECT_EQ(Kx_Ipc_GetFTP(id, &info), 0);
-    EXPECT_STREQ(info.ftpip, ""); // 20 bytes came
-}
-
 namespace
 {
 

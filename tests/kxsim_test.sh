@@ -92,6 +92,7 @@ stop INT
 
 : >"$scratch/out"
 refuses 1 '^kxsim: cannot listen on 300\.1\.1\.1:80' --address 300.1.1.1 --port 80
+refuses 1 '^kxsim: cannot answer searches on 192\.0\.2\.1: ' --port 0 --discovery 192.0.2.1
 refuses 2 'not expected: --bogus' --bogus
 refuses 2 'not expected: extra' --port 0 extra
 refuses 2 'nope not in .*cut-short.*unreachable' --fault nope

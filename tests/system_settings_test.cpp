@@ -3,7 +3,6 @@
 
 #include <chrono>
 #include <cstring>
-#include <thread>
 
 using kxsim::httpReply;
 using testing::ElementsAre;
@@ -121,28 +120,6 @@ TEST_F(SystemSettings, CommandsAreSentAndOnlyTheKeepingResetsNeedTheirConfirmati
         }
         EXPECT_THAT(queries(ti), testing::Each("&" + word));
     }
-}
-
-TEST_F(SystemSettings, ARestartingCameraIsGoneForAMoment)
-{
-    const kxsim::SimCamera gone{{.restartTime = 1h}};
-    const long goneId = login(gone);
-    EXPECT_EQ(Kx_Ipc_RebootSystem(goneId), 0);
-    FtpInfo ftp{};
-    EXPECT_EQ(Kx_Ipc_GetFTP(goneId, &ftp), -1);
-    EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_NETWORK);
-
-    const kxsim::SimCamera camera{{.restartTime = 20ms}};
-    const long id = login(camera);
-    EXPECT_EQ(Kx_Ipc_SetDeviceName(id, "kept"), 0);
-    EXPECT_EQ(Kx_Ipc_RebootSystem(id), 0);
-    int result = -1;
-    for (int tries = 0; tries < 1000 && result != 0; ++tries) {
-        std::this_thread::sleep_for(5ms);
-        result = Kx_Ipc_GetFTP(id, &ftp);
-    }
-    EXPECT_EQ(result, 0);
-    EXPECT_EQ(camera.value("title"), "kept");
 }
 
 TEST_F(SystemSettings, AResetBringsBackTheFactorysSettingsButForWhatItKeeps)

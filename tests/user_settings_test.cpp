@@ -96,6 +96,10 @@ TEST_F(UserSettings, AddedUsersLogInAndDeletedOnesDoNot)
     EXPECT_EQ(Kx_Ipc_DeleteUser(tiId, "bob"), 0);
     EXPECT_EQ(Kx_Ipc_DeleteUser(tiId, "bob"), -1);
     EXPECT_THAT(queries(ti), ElementsAre("&deluser=bob", "&deluser=bob"));
+    for (int slot = 1; slot <= 10; ++slot) { // of which the first is the administrator's
+        put(bob.name, "user" + std::to_string(slot));
+        EXPECT_EQ(Kx_Ipc_AddUser(tiId, &bob), slot < 10 ? 0 : -1);
+    }
     EXPECT_FALSE(letsIn("bob", "pass word"));
 }
 
