@@ -3,6 +3,8 @@
 
 #include <cstring>
 
+#include "CameraCalls.h"
+
 using kxsim::httpReply;
 using testing::ElementsAre;
 
@@ -12,20 +14,14 @@ static const std::string askModel = "&paratest=productmodel";
 
 TEST_F(NetworkSettings, AskForTheirKeys)
 {
-    NetworkInfo network{};
-    WifiInfo wifi{};
-    DdnsInfo ddns{};
-    SmtpInfo smtp{};
-    FtpInfo ftp{};
-    UpnpInfo upnp{};
-    PortInfo ports{};
-    EXPECT_EQ(Kx_Ipc_GetNetwork(tiId, &network), 0);
-    EXPECT_EQ(Kx_Ipc_GetWifiInfo(tiId, &wifi), 0);
-    EXPECT_EQ(Kx_Ipc_GetDDNS(tiId, &ddns), 0);
-    EXPECT_EQ(Kx_Ipc_GetSMTP(tiId, &smtp), 0);
-    EXPECT_EQ(Kx_Ipc_GetFTP(tiId, &ftp), 0);
-    EXPECT_EQ(Kx_Ipc_GetUpnpPortMapping(tiId, &upnp), 0);
-    EXPECT_EQ(Kx_Ipc_GetPortInfo(tiId, &ports), 0);
+    Records records;
+    EXPECT_EQ(Kx_Ipc_GetNetwork(tiId, &records.network), 0);
+    EXPECT_EQ(Kx_Ipc_GetWifiInfo(tiId, &records.wifi), 0);
+    EXPECT_EQ(Kx_Ipc_GetDDNS(tiId, &records.ddns), 0);
+    EXPECT_EQ(Kx_Ipc_GetSMTP(tiId, &records.smtp), 0);
+    EXPECT_EQ(Kx_Ipc_GetFTP(tiId, &records.ftp), 0);
+    EXPECT_EQ(Kx_Ipc_GetUpnpPortMapping(tiId, &records.upnp), 0);
+    EXPECT_EQ(Kx_Ipc_GetPortInfo(tiId, &records.ports), 0);
     EXPECT_EQ(Kx_Ipc_IsUpnpEnable(tiId), 1);
     EXPECT_EQ(Kx_Ipc_SearchWifiList(tiId, nullptr), 0); // asks nothing
     const std::string wifiQuery =

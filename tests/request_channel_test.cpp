@@ -10,6 +10,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "BareCamera.h"
 #include "Core/UserInfo.h"
 #include "NetManager/Exchange.h"
 #include "NetManager/RequestChannel.h"
@@ -20,40 +21,6 @@ using kxsim::httpReply;
 
 namespace
 {
-
-/// Answers its second connection, the request's, with these bytes and resets it.
-class RudeCamera
-{
-public:
-    RudeCamera(std::string bytes, int flags) : bytes_(std::move(bytes)), flags_(flags)
-    {
-        EXPECT_EQ(bind(listener_.get(), reinterpret_cast<sockaddr*>(&address_), sizeof address_), 0);
-        EXPECT_EQ(listen(listener_.get(), 4), 0);
-        socklen_t size = sizeof address_;
-        getsockname(listener_.get(), reinterpret_cast<sockaddr*>(&address_), &size);
-        thread_ = std::jthread([this] { serve(); });
-    }
-
-    int port() const { return ntohs(address_.sin_port); }
-
-private:
-    void serve()
-    {
-        const FileDescriptor probe(accept(listener_.get(), nullptr, nullptr));
-        const FileDescriptor connection(accept(listener_.get(), nullptr, nullptr));
-        char byte = 0;
-        recv(connection.get(), &byte, 1, MSG_PEEK);
-        send(connection.get(), bytes_.data(), bytes_.size(), flags_);
-        std::this_thread::sleep_for(std::chrono::milliseconds(20)); // the bytes are read before the reset
-    } // the request was left unread: closing resets the connection
-
-    std::string bytes_;
-    int flags_;
-    FileDescriptor listener_ = makeTcpSocket();
-    sockaddr_in address_{
-        .sin_family = AF_INET, .sin_port = 0, .sin_addr = {htonl(INADDR_LOOPBACK)}, .sin_zero = {}};
-    std::jthread thread_;
-};
 
 class RequestChannel : public SdkTest
 {
@@ -255,7 +222,12 @@ TEST_F(RequestChannel, SurvivesUrgentDataAndResets)
     g_timing.firstReply = std::chrono::milliseconds(500);
     const std::tuple<const char*, int, int> cases[] = {{"!", MSG_OOB, -1}, {"", 0, -1}, {"abc", 0, 0}};
     for (const auto& [sent, flags, result] : cases) {
-        RudeCamera rude(sent, flags);
+        const BareCamera rude([sent = std::string(sent), flags = flags](const FileDescriptor& connection) {
+            char byte = 0;
+            recv(connection.get(), &byte, 1, MSG_PEEK); // left unread, the request makes the close a reset
+            send(connection.get(), sent.data(), sent.size(), flags);
+            std::this_thread::sleep_for(std::chrono::milliseconds(20)); // the bytes are read before it
+        });
         session.port = rude.port();
         std::memset(reply, 0, sizeof reply);
         EXPECT_EQ(request("&x"), result);

@@ -9,7 +9,7 @@
 #include <sys/resource.h>
 #include <sys/socket.h>
 
-#include "NetManager/Socket.h"
+#include "BareCamera.h"
 
 using kxsim::Fault;
 using Kind = kxsim::Fault::Kind;
@@ -22,70 +22,46 @@ using Disk = TransferTest;
 
 constexpr std::uint64_t nineMegabytes = 9'000'000;
 
-/// A camera without a memory: takes an upload and forgets it, or sends a file that it makes up. Serves one transfer, over
-/// its second connection.
-class ForgetfulCamera
+enum class Death
 {
-public:
-    enum class Death
-    {
-        Orderly, // all is sent, and the connection closed
-        Reset    // half of the file is sent, and the connection reset
-    };
+    Orderly, // all is sent, and the connection closed
+    Reset    // half of the file is sent, and the connection reset
+};
 
-    explicit ForgetfulCamera(Death death = Death::Orderly) : death_(death)
-    {
-        EXPECT_EQ(bind(listener_.get(), reinterpret_cast<sockaddr*>(&address_), sizeof address_), 0);
-        EXPECT_EQ(listen(listener_.get(), 4), 0);
-        socklen_t size = sizeof address_;
-        getsockname(listener_.get(), reinterpret_cast<sockaddr*>(&address_), &size);
-        thread_ = std::jthread([this] { serve(); });
+void forgetUpload(const FileDescriptor& connection, std::array<char, 4096>& bytes)
+{
+    const std::string_view end = "--\r\n";
+    ssize_t count = 1;
+    while (count > 0 && !std::string_view(bytes.data(), static_cast<std::size_t>(count)).ends_with(end))
+        count = recv(connection.get(), bytes.data(), bytes.size(), 0);
+    send(connection.get(), "HTTP/1.1 200 OK\n\n", 17, MSG_NOSIGNAL);
+}
+
+void sendFile(const FileDescriptor& connection, std::array<char, 4096>& bytes, Death death)
+{
+    bytes.fill('x');
+    send(connection.get(), "HTTP/1.1 200 OK\n\n", 17, MSG_NOSIGNAL);
+    for (std::uint64_t sent = 0; sent < nineMegabytes; sent += bytes.size()) {
+        if (death == Death::Reset && sent > nineMegabytes / 2) {
+            setLinger(connection, 0);
+            return;
+        }
+        send(connection.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
     }
+}
 
-    int port() const { return ntohs(address_.sin_port); }
-
-private:
-    void serve()
-    {
-        const FileDescriptor probe(accept(listener_.get(), nullptr, nullptr));
-        const FileDescriptor connection(accept(listener_.get(), nullptr, nullptr));
+/// A camera without a memory: takes an upload and forgets it, or sends a file that it makes up.
+BareCamera::Serve forgetful(Death death)
+{
+    return [death](const FileDescriptor& connection) {
         std::array<char, 4096> bytes{};
         const ssize_t count = recv(connection.get(), bytes.data(), bytes.size(), 0);
-        if (std::string(bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)))
-                .starts_with("POST"))
+        if (count >= 4 && std::string_view(bytes.data(), 4) == "POST")
             forgetUpload(connection, bytes);
         else
-            sendFile(connection, bytes);
-    }
-
-    static void forgetUpload(const FileDescriptor& connection, std::array<char, 4096>& bytes)
-    {
-        const std::string_view end = "--\r\n";
-        ssize_t count = 1;
-        while (count > 0 && !std::string_view(bytes.data(), static_cast<std::size_t>(count)).ends_with(end))
-            count = recv(connection.get(), bytes.data(), bytes.size(), 0);
-        send(connection.get(), "HTTP/1.1 200 OK\n\n", 17, MSG_NOSIGNAL);
-    }
-
-    void sendFile(const FileDescriptor& connection, std::array<char, 4096>& bytes) const
-    {
-        bytes.fill('x');
-        send(connection.get(), "HTTP/1.1 200 OK\n\n", 17, MSG_NOSIGNAL);
-        for (std::uint64_t sent = 0; sent < nineMegabytes; sent += bytes.size()) {
-            if (death_ == Death::Reset && sent > nineMegabytes / 2) {
-                setLinger(connection, 0);
-                return;
-            }
-            send(connection.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
-        }
-    }
-
-    Death death_;
-    FileDescriptor listener_ = makeTcpSocket();
-    sockaddr_in address_{
-        .sin_family = AF_INET, .sin_port = 0, .sin_addr = {htonl(INADDR_LOOPBACK)}, .sin_zero = {}};
-    std::jthread thread_;
-};
+            sendFile(connection, bytes, death);
+    };
+}
 
 std::size_t heapInUse()
 {
@@ -260,8 +236,8 @@ TEST_F(Transfer, TakesNoMemoryForTheFile)
     std::ofstream(path) << "x";
     std::filesystem::resize_file(path, nineMegabytes);
     for (const bool up : {true, false}) {
-        const ForgetfulCamera forgetful;
-        connectTo(forgetful.port());
+        const BareCamera forgetting(forgetful(Death::Orderly));
+        connectTo(forgetting.port());
         std::size_t most = 0;
         const std::size_t before = heapInUse();
         watch([&](const Progress&) {
@@ -276,7 +252,7 @@ TEST_F(Transfer, TakesNoMemoryForTheFile)
 
 TEST_F(Transfer, TellsAResetFromAnOrderlyEnd)
 {
-    const ForgetfulCamera dying(ForgetfulCamera::Death::Reset);
+    const BareCamera dying(forgetful(Death::Reset));
     connectTo(dying.port());
     EXPECT_EQ(download(pathOf("file")), failsByNetwork); // though the camera told no length
     EXPECT_LE(contentOf("file").size(), nineMegabytes / 2 + 8192);
