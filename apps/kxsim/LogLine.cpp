@@ -21,9 +21,8 @@ std::size_t openPart(std::string_view parameter)
                    [](unsigned char character) { return static_cast<char>(std::tolower(character)); });
     if (key == "adduser" || key == "newsetuser") // behind the name
         return std::min(parameter.find(':'), parameter.size() - 1) + 1;
-    const bool secret = std::any_of(secretWords.begin(), secretWords.end(), [&key](const char* word) {
-        return key.find(word) != key.npos;
-    });
+    const bool secret = std::any_of(secretWords.begin(), secretWords.end(),
+                                    [&key](const char* word) { return key.find(word) != key.npos; });
     return secret ? equals + 1 : parameter.size();
 }
 
