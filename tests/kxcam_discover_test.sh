@@ -105,7 +105,11 @@ if command -v wsdd >/dev/null; then
     simulate "$interface" 'Front Door'
     discover peers
     search=$!
-    timeout 3 wsdd -4 -v -v -i lan >"$scratch/peers.host" 2>&1
+    wsdd -4 -v -v -i lan >"$scratch/peers.host" 2>&1 &
+    daemon=$!
+    until grep -q 'joined multicast group' "$scratch/peers.host" || [ -e "$scratch/peers.status" ]; do sleep 0.1; done
+    sleep 1
+    kill "$daemon"
     wait "$search"
     says peers 0 $'ADDRESS           PORT  MODEL         NAME\n10.99.0.1         8080  KX-C200T      Front Door'
     grep -q 'joined multicast group' "$scratch/peers.host" || fail 'the daemon was not there' peers
