@@ -79,4 +79,4 @@ if KXCAM_PASSWORD=guess run get network; then
 fi
 
 title "What the camera saw"
-sed -e 1d -e 's/^/  /' -e 's/pwd=[^&]*/pwd=***/' "$scratch/camera0.log"
+sed -e 1d -e 's/^/  /' "$scratch/camera0.log"

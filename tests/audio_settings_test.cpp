@@ -32,17 +32,6 @@ TEST_F(AudioSettings, EveryKeyIsReadIntoItsField)
                                          "&paratest=audioagc&paratest=audiobitrate"));
 }
 
-TEST_F(AudioSettings, OnlyTheFirst511BytesOfTheAnswerCount)
-{
-    const std::size_t headers = httpReply("").size() + 2; // the length takes three digits
-    for (const std::size_t end : {511U, 512U}) {
-        const std::string line = "\nOK speex=123";
-        const AudioInfo info =
-            read(Kx_Ipc_GetAudioConfig, std::string(end - headers - line.size(), 'x') + line);
-        EXPECT_EQ(info.speex, end == 511 ? 123 : 12);
-    }
-}
-
 TEST_F(AudioSettings, TheOutputsSettingsAreSentToCamerasThatHaveOne)
 {
     AudioInfo info{1, 2, 5, 7, 6, -8, 3, 4, 11, 1, -10};

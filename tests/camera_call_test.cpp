@@ -1,7 +1,10 @@
 // What all camera calls have in common: the checks, the bounds of a query, the reading of a reply.
 #include "SdkTest.h"
 
+#include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <stdexcept>
 
 #include "CameraCalls.h"
 #include "KxIpcSDK/Query.h"
@@ -42,6 +45,129 @@ TEST_F(CameraCalls, FailedOrEmptyRepliesLeaveTheRecordAlone)
         ti.replaceReply("ftpip", reply);
         EXPECT_EQ(Kx_Ipc_GetFTP(tiId, &info), -1);
         EXPECT_STREQ(info.ftpip, "before");
+    }
+}
+
+namespace
+{
+
+/// What a call makes of a text at the very end of the bytes that it reads of a reply, and of the same text when its
+/// last character lies beyond them.
+struct ReplyBound
+{
+    int size; // of the reply, its terminator included
+    const char* request;
+    const char* text;
+    int inside;
+    int beyond;
+    std::function<int(long id)> call;
+};
+
+/// A get; the number that it reads last.
+template <typename Record, typename Value>
+std::function<int(long)> reading(int (*get)(long, Record*), Value Record::*field)
+{
+    return [=](long id) {
+        auto record = std::make_unique<Record>();
+        EXPECT_EQ(get(id, record.get()), 0);
+        return static_cast<int>((*record).*field);
+    };
+}
+
+/// A get of one video record.
+std::function<int(long)> reading(int (*get)(long, VideoInfo*, int), int VideoInfo::*field)
+{
+    return [=](long id) {
+        VideoInfo video{};
+        EXPECT_EQ(get(id, &video, 1), 0);
+        return video.*field;
+    };
+}
+
+int readProgress(long id)
+{
+    int progress = 0;
+    EXPECT_EQ(Kx_Ipc_GetUpdateOnlineProgress(id, &progress), 0);
+    return progress;
+}
+
+int readCpu(long id)
+{
+    SystemInfo info{};
+    EXPECT_EQ(Kx_Ipc_GetSystemInfo(id, &info), 0);
+    return std::atoi(info.cputype);
+}
+
+int readCodec(long id)
+{
+    AudioOptions options{};
+    EXPECT_EQ(Kx_Ipc_GetAudioOptions(id, &options), 0);
+    return static_cast<int>(options.codecs[0].codec);
+}
+
+int readKeyId(long id)
+{
+    char key[2048];
+    int number = 0;
+    EXPECT_EQ(Kx_Ipc_PasswordChallenge(id, "k", key, &number), 0);
+    return number;
+}
+
+} // namespace
+
+TEST_F(CameraCalls, ReadTheirRepliesToTheBoundAndNoFurther)
+{
+    constexpr char refusal[] = "404 Not Found";
+    const auto named = [](const std::string& name) -> std::function<int(long)> {
+        for (const NamedCall& call : cameraCalls)
+            if (call.name == name)
+                return [&call](long id) { return call.run(id, std::make_unique<Records>().get()); };
+        throw std::invalid_argument(name);
+    };
+    const ReplyBound bounds[] = {
+        {512, "onvifport", "OK onvifport=123", 123, 12, reading(Kx_Ipc_GetPortInfo, &PortInfo::onvifport)},
+        {1024, "datetime", "\n[SYSTEMDATETIME]\nsystem_datetime_localdatetime_date_year=123", 123, 12,
+         reading(Kx_Ipc_GetSystemDate, &DateTimeInfo::year)},
+        {2048, "cputype", "OK cputype=123", 123, 12, readCpu},
+        {2048, "get.system.information", "system_lpr_version=123", 123, 12,
+         reading(Kx_Ipc_GetSystemInfo, &SystemInfo::system_lpr_version)},
+        {1024, "updateprogress", "OK updateprogress=123", 123, 12, readProgress},
+        {1024, "updateonline", "OK updateonline", 0, -1, named("UpdateOnline")},
+        {256, "ipcamrestartcmd", refusal, -1, 0, named("RebootSystem")},
+        {256, "paradefaultcmd", refusal, -1, 0, named("RestoreSystem")},
+        {256, "kxdefaultcmd", refusal, -1, 0, named("ResetSystem")},
+        {256, "keepipcmd", "OK keepipcmd", 0, -1, named("ResetSystemOnlyKeepIp")},
+        {256, "keepusercmd", "OK keepusercmd", 0, -1, named("ResetSystemOnlyKeepUser")},
+        {1024, "chipninterface", "OK chipninterface=123", 123, 12, Kx_Ipc_GetAllChipInterface},
+        {10240, "get.model.general", "system_led_support=123", 123, 12,
+         reading(Kx_Ipc_GetModelGeneral, &ModelGeneralInfo::system_led_support)},
+        {256, "adduser", "OK adduser", 0, -1, named("AddUser")},
+        {256, "adduser", "OK adduser", 0, -1, named("ModifyPassword")},
+        {256, "deluser", "OK deluser", 0, -1, named("DeleteUser")},
+        {256, "newsetuser", "OK newsetuser", 0, -1, named("NewSetUser")},
+        {256, "challenge", "OK challenge\nkeyid=123", 123, 12, readKeyId},
+        {4096, "get.sqa", "sqa_type_2=123", 123, 12, reading(Kx_Ipc_GetSQA, &SqaInfo::sqa_type_2)},
+        {4096, "get.video.general", "event_stream_iframe = '123", 123, 12,
+         reading(Kx_Ipc_GetVideoConfig, &VideoInfo::eventiframe)},
+        {4096, "maincodec", "OK platformforweb=123", 123, 12,
+         reading(Kx_Ipc_GetVideoConfig, &VideoInfo::platformforweb)},
+        {1024, "maincodec", "OK bitrate1=123", 123, 12,
+         reading(Kx_Ipc_GetVideoConfig_ForOldVer, &VideoInfo::bitrate)},
+        {512, "audioenable", "OK speex=123", 123, 12, reading(Kx_Ipc_GetAudioConfig, &AudioInfo::speex)},
+        {512, "page=audio", refusal, -1, 0, named("SetAudioConfig")},
+        {10240, "get.audio.options", "audio_codec_0 = '123", 123, 12, readCodec},
+        {1024, "textenable1", "OK dateformat=123", 123, 12,
+         reading(Kx_Ipc_GetOSD_ForOldVer, &OsdStreamInfo::dateformat)},
+    };
+    for (const ReplyBound& bound : bounds) {
+        SCOPED_TRACE(bound.text);
+        const std::string text = bound.text;
+        std::string before = "NG" + text.substr(2, text.find('\n') - 2); // which is not what is looked for
+        before.resize(static_cast<std::size_t>(bound.size) - 1 - text.size(), ' ');
+        ti.replaceReply(bound.request, before + text);
+        EXPECT_EQ(bound.call(tiId), bound.inside);
+        ti.replaceReply(bound.request, ' ' + before + text);
+        EXPECT_EQ(bound.call(tiId), bound.beyond);
     }
 }
 

@@ -95,15 +95,18 @@ TEST_F(ClockSettings, WhatTheCameraDoesNotTellBecomesADefault)
     }
 }
 
-TEST_F(ClockSettings, NumbersOfAnySizeStayInTheirFields)
+TEST_F(ClockSettings, ValuesOfAnySizeStayInTheirFields)
 {
     const DateTimeInfo info =
         read(Kx_Ipc_GetSystemDate, "[SYSTEMDATETIME]\nsystem_datetime_localdatetime_date_year=-2147483648\n"
                                    "system_datetime_localdatetime_date_month=2147483647\n"
-                                   "system_datetime_localdatetime_time_hour=-2147483648\n");
+                                   "system_datetime_localdatetime_time_hour=-2147483648\n"
+                                   "system_datetime_zonename_tz=" +
+                                       std::string(40, 'z') + "\n");
     EXPECT_STREQ(info.date, "-2147483648/21");
     EXPECT_STREQ(info.time, "-2147483648:10");
     EXPECT_EQ(info.month, 2147483647);
+    EXPECT_EQ(info.system_datetime_zonename_tz, std::string(31, 'z'));
 }
 
 TEST_F(ClockSettings, AnEmptyReplyLeavesTheRecordAlone)

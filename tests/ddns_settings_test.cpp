@@ -11,22 +11,18 @@ static const std::string askModel = "&paratest=productmodel";
 
 TEST_F(DdnsSettings, DdnsShowsAPagesProviderByItsWebHost)
 {
-    const struct
-    {
-        const char* model;
-        const char* kept;
-        const char* shown;
-    } cases[] = {{"KX-C1B", "no-ip.com", "www.no-ip.com"},
-                 {"KX-C1A", "xno-ipx", "www.no-ip.com"},
-                 {"KX-C1C", "zoneedit.com", "www.zoneedit.com"},
-                 {"KX-C1T", "no-ip.com", "no-ip.com"},
-                 {"KX-C1B", "planet", "planet"},
-                 {"KX-C1B", "custom_server", "custom_server"},
-                 {"KX-C1B\r", "no-ip.com", "no-ip.com"}};
-    for (const auto& row : cases) {
-        const DdnsInfo info = read(Kx_Ipc_GetDDNS, std::string("OK productmodel=") + row.model +
-                                                       "\nOK ddnsdomain=" + row.kept + "\n");
-        EXPECT_STREQ(info.ddnsdomain, row.shown) << row.model;
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        {"KX-C1B", "no-ip.com", "www.no-ip.com"},
+        {"KX-C1A", "xno-ipx", "www.no-ip.com"},
+        {"KX-C1C", "zoneedit.com", "www.zoneedit.com"},
+        {"KX-C1T", "no-ip.com", "no-ip.com"},
+        {"KX-C1B", "planet", "planet"},
+        {"KX-C1B", "custom_server", "custom_server"},
+        {"KX-C1B\r", "no-ip.com", "no-ip.com"}};
+    for (const auto& [model, kept, shown] : cases) {
+        const DdnsInfo info =
+            read(Kx_Ipc_GetDDNS, std::string("OK productmodel=") + model + "\nOK ddnsdomain=" + kept + "\n");
+        EXPECT_STREQ(info.ddnsdomain, shown) << model;
     }
     DdnsInfo before{};
     put(before.ddnsdomain, "no-ip");
@@ -70,35 +66,29 @@ TEST_F(DdnsSettings, DdnsIsWrittenInTheFamilyThatTheCallerChose)
     info.ddnsplaybackport = 3;
     info.planeteasymode = 4;
     const std::string ports = "&ddnshttpport=1&ddnsrtspport=2&ddnsplaybackport=3";
-    const struct
-    {
-        bool toTi;
-        std::uint8_t planet;
-        const char* domain;
-        const char* sent;
-    } cases[] = {{false, 0, "www.no-ip.com", "no-ip.com"},
-                 {false, 0, "www.zoneedit.com", "zoneedit.com"},
-                 {false, 5, "my PlanetDDNS", "planet"},
-                 {false, 0, "a custom_server!", "custom_server"},
-                 {false, 0, "custom_server PlanetDDNS zoneedit.com no-ip", "no-ip.com"},
-                 {false, 0, "custom_server PlanetDDNS zoneedit.com", "zoneedit.com"},
-                 {false, 0, "custom_server PlanetDDNS", "planet"},
-                 {false, 0, "other.org", "other.org"},
-                 {true, 0, "www.no-ip.com", "www.no-ip.com"},
-                 {true, 1, "PlanetDDNS", "PlanetDDNS"}};
-    for (const auto& row : cases) {
-        auto& camera = row.toTi ? ti : page;
+    const std::tuple<bool, std::uint8_t, const char*, const char*> cases[] = {
+        {false, 0, "www.no-ip.com", "no-ip.com"},
+        {false, 0, "www.zoneedit.com", "zoneedit.com"},
+        {false, 5, "my PlanetDDNS", "planet"},
+        {false, 0, "a custom_server!", "custom_server"},
+        {false, 0, "custom_server PlanetDDNS zoneedit.com no-ip", "no-ip.com"},
+        {false, 0, "custom_server PlanetDDNS zoneedit.com", "zoneedit.com"},
+        {false, 0, "custom_server PlanetDDNS", "planet"},
+        {false, 0, "other.org", "other.org"},
+        {true, 0, "www.no-ip.com", "www.no-ip.com"},
+        {true, 1, "PlanetDDNS", "PlanetDDNS"}};
+    for (const auto& [toTi, planet, domain, sent] : cases) {
+        auto& camera = toTi ? ti : page;
         camera.forgetRequests();
-        put(info.ddnsdomain, row.domain);
-        info.planetenable = row.planet;
-        EXPECT_EQ(Kx_Ipc_SetDDNS(row.toTi ? tiId : pageId, &info), 0);
-        EXPECT_STREQ(info.ddnsdomain, row.sent); // the caller sees what was sent
+        put(info.ddnsdomain, domain);
+        info.planetenable = planet;
+        EXPECT_EQ(Kx_Ipc_SetDDNS(toTi ? tiId : pageId, &info), 0);
+        EXPECT_STREQ(info.ddnsdomain, sent); // the caller sees what was sent
         const std::string settings =
-            row.planet != 0
-                ? "&planetenable=" + std::to_string(row.planet) +
-                      "&planeteasymode=4&planetusername=u&planetpassword=p&planethost=h&ddnsdomain=" +
-                      row.sent
-                : std::string("&ddnsenable=1&ddnsusername=u&ddnspassword=p&ddnsdomain=") + row.sent +
+            planet != 0
+                ? "&planetenable=" + std::to_string(planet) +
+                      "&planeteasymode=4&planetusername=u&planetpassword=p&planethost=h&ddnsdomain=" + sent
+                : std::string("&ddnsenable=1&ddnsusername=u&ddnspassword=p&ddnsdomain=") + sent +
                       "&ddnshost=h&ddnshash=x&ddnsurl=l";
         EXPECT_THAT(queries(camera), ElementsAre(askModel, askModel, settings + ports));
     }

@@ -75,12 +75,7 @@ TEST_F(Download, TakesTheReplyApartAtTheFirstTwoLineFeeds)
 {
     const std::string untouched = "before";
     const std::string filler(1005, 'f');
-    const struct
-    {
-        std::string reply;
-        Outcome outcome;
-        std::string left;
-    } cases[] = {
+    const std::tuple<std::string, Outcome, std::string> cases[] = {
         {fileReply("body"), succeeds, "body" + zeros(4)},
         {fileReply("\n\n"), succeeds, "\n\n" + zeros(2)},
         {fileReply("b", "Content-Length: 1\n"), succeeds, "b" + zeros(1)},
@@ -102,11 +97,11 @@ TEST_F(Download, TakesTheReplyApartAtTheFirstTwoLineFeeds)
         {fileReply("body", filler.substr(0, 989) + "\nContent-Length: 1000\n" + filler + "\n"), succeeds,
          "body" + zeros(4)}, // of which no more than "Content-Length: 1" is kept
     };
-    for (const auto& row : cases) {
+    for (const auto& [answer, outcome, left] : cases) {
         const std::string path = make("file", untouched);
-        camera.replaceReply("", row.reply);
-        EXPECT_EQ(download(path), row.outcome) << row.reply;
-        EXPECT_EQ(contentOf("file"), row.left) << row.reply;
+        camera.replaceReply("", answer);
+        EXPECT_EQ(download(path), outcome) << answer;
+        EXPECT_EQ(contentOf("file"), left) << answer;
     }
     camera.replaceReply("", "HTTP/1.1 404 Not Found\n\n");
     EXPECT_EQ(download(pathOf("new")), failsSilently);

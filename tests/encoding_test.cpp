@@ -9,22 +9,18 @@
 
 TEST(Base64, EncodesWithPadding)
 {
-    const struct
-    {
-        std::string plain;
-        const char* encoded;
-    } cases[] = {{"", ""},
-                 {"f", "Zg=="},
-                 {"fo", "Zm8="},
-                 {"foo", "Zm9v"},
-                 {"foobar", "Zm9vYmFy"},
-                 {"admin:", "YWRtaW46"},
-                 {"\xFF\xFE\xFD", "//79"},
-                 {std::string("\0\0", 2), "AAA="}};
-    for (const auto& row : cases) {
+    const std::pair<std::string, const char*> cases[] = {{"", ""},
+                                                         {"f", "Zg=="},
+                                                         {"fo", "Zm8="},
+                                                         {"foo", "Zm9v"},
+                                                         {"foobar", "Zm9vYmFy"},
+                                                         {"admin:", "YWRtaW46"},
+                                                         {"\xFF\xFE\xFD", "//79"},
+                                                         {std::string("\0\0", 2), "AAA="}};
+    for (const auto& [plain, encoded] : cases) {
         const std::unique_ptr<char, decltype(&std::free)> text(
-            base64Encode(row.plain.data(), static_cast<unsigned>(row.plain.size())), std::free);
-        EXPECT_STREQ(text.get(), row.encoded);
+            base64Encode(plain.data(), static_cast<unsigned>(plain.size())), std::free);
+        EXPECT_STREQ(text.get(), encoded);
     }
     EXPECT_EQ(base64Encode(nullptr, 3), nullptr);
 }
@@ -39,19 +35,15 @@ TEST(EncodeUrl, EscapesBlanksOnly)
 
 TEST(EncodeUrl, StaysInsideItsBuffer)
 {
-    const struct
-    {
-        std::string source;
-        std::size_t length;
-    } cases[] = {{std::string(20479, 'a'), 20479},
-                 {std::string(20480, 'a'), 20479},
-                 {std::string(20481, 'a'), 0},
-                 {std::string(20480, ' '), 20479},
-                 {std::string(20478, 'a') + " b", 20479}};
-    for (const auto& row : cases) {
+    const std::pair<std::string, std::size_t> cases[] = {{std::string(20479, 'a'), 20479},
+                                                         {std::string(20480, 'a'), 20479},
+                                                         {std::string(20481, 'a'), 0},
+                                                         {std::string(20480, ' '), 20479},
+                                                         {std::string(20478, 'a') + " b", 20479}};
+    for (const auto& [source, length] : cases) {
         std::string out(urlBufferSize + 1, '#');
-        encodeURL(row.source.c_str(), out.data());
-        EXPECT_EQ(std::strlen(out.c_str()), row.length);
+        encodeURL(source.c_str(), out.data());
+        EXPECT_EQ(std::strlen(out.c_str()), length);
         EXPECT_EQ(out.back(), '#');
     }
 }
@@ -78,18 +70,14 @@ TEST(GetUrlEncode, EncodesAllButLettersAndDigits)
 
 TEST(GetUrlEncode, CutsBetweenTwoCharacters)
 {
-    const struct
-    {
-        std::string source;
-        std::size_t length;
-    } cases[] = {{std::string(2000, 'a'), 1023},
-                 {std::string(2000, ' '), 1020},
-                 {std::string(1019, 'a') + " b", 1023},
-                 {std::string(1020, 'a') + " b", 1020}};
-    for (const auto& row : cases) {
+    const std::pair<std::string, std::size_t> cases[] = {{std::string(2000, 'a'), 1023},
+                                                         {std::string(2000, ' '), 1020},
+                                                         {std::string(1019, 'a') + " b", 1023},
+                                                         {std::string(1020, 'a') + " b", 1020}};
+    for (const auto& [source, length] : cases) {
         std::string out(1025, '#');
-        get_url_encode(row.source.data(), static_cast<unsigned>(row.source.size()), out.data());
-        EXPECT_EQ(std::strlen(out.c_str()), row.length);
+        get_url_encode(source.data(), static_cast<unsigned>(source.size()), out.data());
+        EXPECT_EQ(std::strlen(out.c_str()), length);
         EXPECT_EQ(out.back(), '#');
     }
 }

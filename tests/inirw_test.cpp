@@ -39,13 +39,7 @@ std::vector<std::string> linesOf(const std::string& text)
 
 TEST(IniLines, AreSplitAndClassified)
 {
-    struct Row
-    {
-        const char* what;
-        std::string text;
-        std::vector<std::string> lines;
-    };
-    const Row rows[] = {
+    const std::tuple<const char*, std::string, std::vector<std::string>> rows[] = {
         {"kinds", "[S]\nk=v\nword\n", {"3[S]|", "4k=v|", "1word|"}},
         {"all line ends", "a=1\r\nb=2\nc=3\rd=4\n\re=5", {"4a=1|", "4b=2|", "4c=3|", "4d=4|", "4e=5|"}},
         {"an empty line is blank", "a=1\n\nb=2", {"4a=1|", "2|", "4b=2|"}},
@@ -69,8 +63,8 @@ TEST(IniLines, AreSplitAndClassified)
         {"a bracket alone is no header", "[S\n[S=1\na=[1]\n", {"1[S|", "4[S=1|", "4a=[1]|"}},
         {"high bytes are text", "\xa0=\xff\n", {"4\xa0=\xff|"}},
     };
-    for (const Row& row : rows)
-        EXPECT_EQ(linesOf(row.text), row.lines) << row.what;
+    for (const auto& [what, text, lines] : rows)
+        EXPECT_EQ(linesOf(text), lines) << what;
 }
 
 TEST(IniLines, PartLongerThanTheLineBufferMakesAnOtherLine)
@@ -176,20 +170,14 @@ TEST(IniLookup, NullArgumentsDoNoHarm)
 
 TEST(IniStrings, LoseTheQuotesAroundThem)
 {
-    struct Row
-    {
-        const char* text;
-        int size;
-        const char* value;
-    };
-    const Row rows[] = {
+    const std::tuple<const char*, int, const char*> rows[] = {
         {"k=\"x y\"", 16, "x y"}, {"k='x y'", 16, "x y"},    {"k=\"x'", 16, "\"x'"}, {"k=\"\"", 16, ""},
         {"k=\"", 16, "\""},       {"k=\"abc\"", 5, "\"abc"}, // the cut takes the closing quote first
     };
-    for (const Row& row : rows) {
+    for (const auto& [text, size, value] : rows) {
         char out[16];
-        EXPECT_EQ(iniGetStringFromStr(row.text, nullptr, "k", out, row.size, nullptr), 1) << row.text;
-        EXPECT_STREQ(out, row.value) << row.text;
+        EXPECT_EQ(iniGetStringFromStr(text, nullptr, "k", out, size, nullptr), 1) << text;
+        EXPECT_STREQ(out, value) << text;
     }
     char raw[16];
     iniGetValueFromStr("k=\"x y\"", nullptr, "k", raw, sizeof raw, nullptr);

@@ -48,10 +48,10 @@ says() {
 
 interface=127.0.0.1
 run=
-simulate 127.0.0.1 'Front Door'
-simulate 127.0.0.2 $'100 %41 \e[1m \xc3\xbc' --model KX-C300B
-simulate 127.0.0.3 "$(printf 'n%.0s' {1..300})" --model KX-C400A
-simulate 127.0.0.4 Neighbour --model XK-C200T
+simulate 127.0.0.1 'Front Door' --count 2
+simulate 127.0.0.3 $'100 %41 \e[1m \xc3\xbc' --model KX-C300B
+simulate 127.0.0.4 "$(printf 'n%.0s' {1..300})" --model KX-C400A
+simulate 127.0.0.5 Neighbour --model XK-C200T
 seconds=$SECONDS
 discover table
 discover json --json
@@ -63,15 +63,26 @@ wait "${searches[@]}"
 [ $((SECONDS - seconds)) -le 9 ] || fail "took $((SECONDS - seconds)) seconds" table
 
 says table 0 "ADDRESS           PORT  MODEL         NAME
-127.0.0.1         8080  KX-C200T      Front Door
-127.0.0.2         8080  KX-C300B      100 %41 \\x1b[1m ü
-127.0.0.3         8080  KX-C400A      $(printf 'n%.0s' {1..127})"
+127.0.0.1         8080  KX-C200T      Front Door 1
+127.0.0.2         8080  KX-C200T      Front Door 2
+127.0.0.3         8080  KX-C300B      100 %41 \\x1b[1m ü
+127.0.0.4         8080  KX-C400A      $(printf 'n%.0s' {1..127})"
 [ ! -s "$scratch/table.err" ] || fail 'says something beside the table' table
-[ "$(grep -c '"address": "127.0.0' "$scratch/json.out")" = 3 ] || fail 'other JSON' json
+[ "$(grep -c '"address": "127.0.0' "$scratch/json.out")" = 4 ] || fail 'other JSON' json
 grep -q '"name": "100 %41 \\u001b\[1m ü"' "$scratch/json.out" || fail 'other names' json
 says alone 4 ''
 grep -q 'kxcam: no camera answered.*firewall.*subnet.*route' "$scratch/alone.err" || fail 'does not say why' alone
 says nobody 4 $'{\n  "cameras": []\n}'
+
+# What the cameras' log says of it: two searches of two questions each, and a datagram that is none.
+printf nonsense >/dev/udp/239.255.255.250/3702
+for ((i = 0; i < 500; ++i)); do
+    ! grep -q '^127\.0\.0\.2:8080 Probe from 127\.0\.0\.1:[0-9]* ignored$' "$scratch/camera0" || break
+    sleep 0.01
+done
+[ $i -lt 500 ] || fail 'does not log what is ignored' camera0
+[ "$(grep -c '^127\.0\.0\.2:8080 Probe from 127\.0\.0\.1:[0-9]* answered$' "$scratch/camera0")" = 4 ] ||
+    fail 'does not log four answers' camera0
 
 # Without a route the question can not be sent.
 ip route del 239.0.0.0/8
@@ -94,7 +105,11 @@ if command -v wsdd >/dev/null; then
     simulate "$interface" 'Front Door'
     discover peers
     search=$!
-    timeout 3 wsdd -4 -v -v -i lan >"$scratch/peers.host" 2>&1
+    wsdd -4 -v -v -i lan >"$scratch/peers.host" 2>&1 &
+    daemon=$!
+    until grep -q 'joined multicast group' "$scratch/peers.host" || [ -e "$scratch/peers.status" ]; do sleep 0.1; done
+    sleep 1
+    kill "$daemon"
     wait "$search"
     says peers 0 $'ADDRESS           PORT  MODEL         NAME\n10.99.0.1         8080  KX-C200T      Front Door'
     grep -q 'joined multicast group' "$scratch/peers.host" || fail 'the daemon was not there' peers

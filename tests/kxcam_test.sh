@@ -107,6 +107,8 @@ is_json || fail 'is not JSON'
 expect 0 '^system_datetime_zonename_tz CET -> UTC $' kxcam "$ti" set clock system_datetime_zonename_tz=UTC
 expect 5 'did not keep the new year: given 1999, it has 20.*with system_datetime_datetimetype=1 or 2' \
     kxcam "$ti" set clock system_datetime_datetimetype=0 year=1999
+expect 5 'month [0-9]+ -> 3 .* did not keep the new month: given 2, it has 3 .*new day: given 31' \
+    kxcam "$ti" set clock system_datetime_datetimetype=1 year=2021 month=2 day=31
 expect_unsent 2 "'month' takes 1 to 12, not 0" kxcam "$ti" set clock month=0
 
 # What the camera is and can do.
@@ -369,4 +371,6 @@ else
     echo 'skipped: prompts and the progress bar, which are tested where the system has pseudo-terminals'
 fi
 
+command='kxsim, as it prints requests'
+! grep -e "$KXCAM_PASSWORD" -e s3cr3t -e n3w -e :second "$scratch"/{ti,page,brief} >"$scratch/out" || fail 'shows a password'
 [ $failures = 0 ]

@@ -60,10 +60,13 @@ refuses 1 "^kxsim: cannot listen on 127\.0\.0\.1:$port: " --address 127.0.0.0 --
 model=$(ask 127.0.0.1 'GET /vb.htm?paratest=productmodel HTTP/1.1' me:mine)
 [[ $model == *$'\n\nOK productmodel=KX-C300B' ]] || fail 'does not tell its model'
 ask 127.0.0.1 'GET /vb.htm?ftpip=1 HTTP/1.1' >"$scratch/reply"
+ask 127.0.0.1 'GET /vb.htm?user=me&pwd=s%20t&wepKey1=s&adduser=bob:s:2:1&newsetuser=s&ftpip=?&Pwd=s?s HTTP/1.1' \
+    >"$scratch/reply"
 ask 127.0.0.1 'nonsense' me:mine >"$scratch/reply"
 says "KX-C300B listening on http://127.0.0.1:$port" \
     "127.0.0.1:$port 200 GET /vb.htm?paratest=productmodel" \
     "127.0.0.1:$port 401 GET /vb.htm?ftpip=1" \
+    "127.0.0.1:$port 401 GET /vb.htm?user=me&pwd=***&wepKey1=***&adduser=bob:***&newsetuser=s&ftpip=?&Pwd=***" \
     "127.0.0.1:$port 400 nonsense"
 stop INT
 
@@ -89,6 +92,7 @@ stop INT
 
 : >"$scratch/out"
 refuses 1 '^kxsim: cannot listen on 300\.1\.1\.1:80' --address 300.1.1.1 --port 80
+refuses 1 '^kxsim: cannot answer searches on 192\.0\.2\.1: ' --port 0 --discovery 192.0.2.1
 refuses 2 'not expected: --bogus' --bogus
 refuses 2 'not expected: extra' --port 0 extra
 refuses 2 'nope not in .*cut-short.*unreachable' --fault nope

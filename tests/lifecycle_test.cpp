@@ -27,11 +27,7 @@ TEST_F(Lifecycle, LoginAnnouncesItselfAndProvesTheCredentials)
 
 TEST_F(Lifecycle, LoginTellsWhyItFailed)
 {
-    const struct
-    {
-        std::string reply;
-        long error;
-    } cases[] = {
+    const std::pair<std::string, long> cases[] = {
         {httpReply("", "400 Bad Request"), KX_ERROR_UNAUTHORISED},
         {httpReply("", "401 Unauthorized"), KX_ERROR_UNAUTHORISED},
         {httpReply("", "403 Forbidden"), KX_ERROR_FORBIDDEN},
@@ -40,11 +36,11 @@ TEST_F(Lifecycle, LoginTellsWhyItFailed)
         {std::string("\0OK", 3), KX_ERROR_NOT_FOUND},
     };
     kxsim::SimCamera camera;
-    for (const auto& row : cases) {
+    for (const auto& [reply, error] : cases) {
         g_nLastError = KX_ERROR_NONE;
-        camera.replaceReply("get.network.general", row.reply);
-        EXPECT_EQ(login(camera), -1) << row.reply;
-        EXPECT_EQ(Kx_Sdk_GetLastError(), row.error) << row.reply;
+        camera.replaceReply("get.network.general", reply);
+        EXPECT_EQ(login(camera), -1) << reply;
+        EXPECT_EQ(Kx_Sdk_GetLastError(), error) << reply;
         EXPECT_EQ(GetUserInfo(0), &g_UserInfo[0]); // the slot is free again
     }
 }

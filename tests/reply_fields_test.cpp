@@ -58,18 +58,14 @@ TEST(KxRStrstr, FindsTheLastOccurrence)
 
 TEST(ChipFamily, FollowsTheModelsLastCharacters)
 {
-    const struct
-    {
-        const char* model;
-        int ti;
-        int hisi;
-    } cases[] = {{"KX-C200T", 1, 0}, {"XA", 0, 0},   {"XB", 0, 1},  {"XC", 0, 1},   {"X-SP", 0, 1},
-                 {"-SP", 0, 1},      {"SP", 1, 0},   {"xSP", 1, 0}, {"A", 0, 0},    {"", 1, 0},
-                 {"XA\r", 1, 0},     {"XC\r", 1, 0}, {"Xa", 1, 0},  {"X-sp", 1, 0}, {"X-SPA", 0, 0}};
-    for (const auto& row : cases) {
-        std::string model = row.model;
-        EXPECT_EQ(IsTiIPC(model.data()), row.ti) << row.model;
-        EXPECT_EQ(IsHisiIPC(model.data()), row.hisi) << row.model;
+    const std::tuple<const char*, int, int> cases[] = {
+        {"KX-C200T", 1, 0}, {"XA", 0, 0},   {"XB", 0, 1},  {"XC", 0, 1},   {"X-SP", 0, 1},
+        {"-SP", 0, 1},      {"SP", 1, 0},   {"xSP", 1, 0}, {"A", 0, 0},    {"", 1, 0},
+        {"XA\r", 1, 0},     {"XC\r", 1, 0}, {"Xa", 1, 0},  {"X-sp", 1, 0}, {"X-SPA", 0, 0}};
+    for (const auto& [text, ti, hisi] : cases) {
+        std::string model = text;
+        EXPECT_EQ(IsTiIPC(model.data()), ti) << model;
+        EXPECT_EQ(IsHisiIPC(model.data()), hisi) << model;
     }
     EXPECT_EQ(IsTiIPC(nullptr), 1);
     EXPECT_EQ(IsHisiIPC(nullptr), 0);

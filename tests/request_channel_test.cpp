@@ -10,6 +10,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "BareCamera.h"
 #include "Core/UserInfo.h"
 #include "NetManager/Exchange.h"
 #include "NetManager/RequestChannel.h"
@@ -20,40 +21,6 @@ using kxsim::httpReply;
 
 namespace
 {
-
-/// Answers its second connection, the request's, with these bytes and resets it.
-class RudeCamera
-{
-public:
-    RudeCamera(std::string bytes, int flags) : bytes_(std::move(bytes)), flags_(flags)
-    {
-        EXPECT_EQ(bind(listener_.get(), reinterpret_cast<sockaddr*>(&address_), sizeof address_), 0);
-        EXPECT_EQ(listen(listener_.get(), 4), 0);
-        socklen_t size = sizeof address_;
-        getsockname(listener_.get(), reinterpret_cast<sockaddr*>(&address_), &size);
-        thread_ = std::jthread([this] { serve(); });
-    }
-
-    int port() const { return ntohs(address_.sin_port); }
-
-private:
-    void serve()
-    {
-        const FileDescriptor probe(accept(listener_.get(), nullptr, nullptr));
-        const FileDescriptor connection(accept(listener_.get(), nullptr, nullptr));
-        char byte = 0;
-        recv(connection.get(), &byte, 1, MSG_PEEK);
-        send(connection.get(), bytes_.data(), bytes_.size(), flags_);
-        std::this_thread::sleep_for(std::chrono::milliseconds(20)); // the bytes are read before the reset
-    } // the request was left unread: closing resets the connection
-
-    std::string bytes_;
-    int flags_;
-    FileDescriptor listener_ = makeTcpSocket();
-    sockaddr_in address_{
-        .sin_family = AF_INET, .sin_port = 0, .sin_addr = {htonl(INADDR_LOOPBACK)}, .sin_zero = {}};
-    std::jthread thread_;
-};
 
 class RequestChannel : public SdkTest
 {
@@ -82,12 +49,7 @@ TEST_F(RequestChannel, SendsTheTemplateOfTheQuerysKind)
 {
     const std::string rest = " HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(camera.port()) +
                              "\r\nConnection: Keep-Alive\r\nAuthorization: Basic YWRtaW46YWRtaW4=\r\n\r\n";
-    const struct
-    {
-        const char* query;
-        signed char admin;
-        const char* target;
-    } cases[] = {
+    const std::tuple<const char*, signed char, const char*> cases[] = {
         {"&paratest=ftpip", 0, "/vb.htm?language=ie&paratest=ftpip"},
         {"page=video", 0, "/vb.htm?page=video"},
         {"", 0, "/vb.htm?action=get.network.general&user=admin&pwd=admin&"},
@@ -97,11 +59,11 @@ TEST_F(RequestChannel, SendsTheTemplateOfTheQuerysKind)
         {"&ftppath=a b  c", 0, "/vb.htm?language=ie&ftppath=a%20b%20%20c"},
         {"&x=50%#\xC3\xA4%41", 0, "/vb.htm?language=ie&x=50%#\xC3\xA4%41"},
     };
-    for (const auto& row : cases) {
+    for (const auto& [query, admin, target] : cases) {
         camera.forgetRequests();
-        request(row.query, row.admin);
-        ASSERT_EQ(camera.requests().size(), 1U) << row.target;
-        EXPECT_EQ(camera.requests().front().text, std::string("GET ") + row.target + rest);
+        request(query, admin);
+        ASSERT_EQ(camera.requests().size(), 1U) << target;
+        EXPECT_EQ(camera.requests().front().text, std::string("GET ") + target + rest);
     }
 }
 
@@ -122,12 +84,7 @@ TEST_F(RequestChannel, EscapesTheWholeLoginPath)
 
 TEST_F(RequestChannel, MapsStatusTextsAnywhereInTheReply)
 {
-    const struct
-    {
-        std::string reply;
-        int result;
-        long error;
-    } cases[] = {
+    const std::tuple<std::string, int, long> cases[] = {
         {httpReply("", "400 Bad Request"), -1, KX_ERROR_NETWORK},
         {httpReply("", "401 Unauthorized"), -1, KX_ERROR_UNAUTHORISED},
         {httpReply("", "404 Not Found"), -1, KX_ERROR_NOT_FOUND},
@@ -138,11 +95,11 @@ TEST_F(RequestChannel, MapsStatusTextsAnywhereInTheReply)
         {httpReply("502 Bad Gateway 404 Not Found 401 Unauthorized"), -1, KX_ERROR_UNAUTHORISED},
         {std::string("OK\0 404 Not Found", 17), 0, KX_ERROR_NONE},
     };
-    for (const auto& row : cases) {
+    for (const auto& [answer, result, error] : cases) {
         g_nLastError = KX_ERROR_NONE;
-        camera.replaceReply("&x", row.reply);
-        EXPECT_EQ(request("&x"), row.result) << row.reply;
-        EXPECT_EQ(g_nLastError, row.error) << row.reply;
+        camera.replaceReply("&x", answer);
+        EXPECT_EQ(request("&x"), result) << answer;
+        EXPECT_EQ(g_nLastError, error) << answer;
     }
 }
 
@@ -159,37 +116,6 @@ TEST_F(RequestChannel, FillsAllButTheLastByteOfTheReply)
         expected.resize(99, '\0');
         EXPECT_EQ(std::string(buffer, 99), expected) << length;
         EXPECT_EQ(buffer[99], '#');
-    }
-}
-
-TEST_F(RequestChannel, EndsWithTheCodeOfEachFault)
-{
-    g_timing = shortTiming();
-    g_timing.firstReply = std::chrono::milliseconds(300);
-    const struct
-    {
-        Fault fault;
-        int result;
-        long error;
-    } cases[] = {
-        {{.kind = Fault::Kind::Refuse}, -1, KX_ERROR_NETWORK},
-        {{.kind = Fault::Kind::Unreachable}, -1, KX_ERROR_NETWORK},
-        {{.kind = Fault::Kind::SilentBefore}, -1, KX_ERROR_NETWORK},
-        {{.kind = Fault::Kind::SilentAfter}, -1, KX_ERROR_NETWORK},
-        {{.kind = Fault::Kind::EmptyReply}, -1, KX_ERROR_NETWORK},
-        {{.kind = Fault::Kind::Slow}, 0, KX_ERROR_NONE},
-        {{.kind = Fault::Kind::CutShort}, 0, KX_ERROR_NONE},
-        {{.kind = Fault::Kind::Endless}, 0, KX_ERROR_NONE},
-        {{.kind = Fault::Kind::Garbage}, 0, KX_ERROR_NONE},
-        {{.kind = Fault::Kind::Status, .status = 502}, -1, KX_ERROR_BAD_GATEWAY},
-    };
-    for (const auto& row : cases) {
-        g_nLastError = KX_ERROR_NONE;
-        camera.setFault(row.fault);
-        EXPECT_EQ(request("&paratest=ftpip"), row.result) << static_cast<int>(row.fault.kind);
-        EXPECT_EQ(g_nLastError, row.error) << static_cast<int>(row.fault.kind);
-        camera.clearFault();
-        EXPECT_EQ(request("&paratest=ftpip"), 0);
     }
 }
 
@@ -248,18 +174,14 @@ TEST_F(RequestChannel, RefusesNullArgumentsWithoutACode)
 TEST_F(RequestChannel, CutsARequestAtTheBoundOfItsKind)
 {
     g_timing.firstReply = std::chrono::milliseconds(300);
-    const struct
-    {
-        signed char admin;
-        std::size_t longest;
-    } cases[] = {{0, 20478}, {1, 20479}};
-    for (const auto& row : cases) {
+    const std::pair<signed char, std::size_t> cases[] = {{0, 20478}, {1, 20479}};
+    for (const auto& [admin, longest] : cases) {
         camera.forgetRequests();
-        request("x", row.admin);
-        const std::size_t room = row.longest - camera.requests().back().text.size();
-        request(std::string(1 + room, 'x').c_str(), row.admin);
-        EXPECT_EQ(camera.requests().back().text.size(), row.longest);
-        EXPECT_EQ(request(std::string(2 + room, 'x').c_str(), row.admin), -1); // loses its last line feed
+        request("x", admin);
+        const std::size_t room = longest - camera.requests().back().text.size();
+        request(std::string(1 + room, 'x').c_str(), admin);
+        EXPECT_EQ(camera.requests().back().text.size(), longest);
+        EXPECT_EQ(request(std::string(2 + room, 'x').c_str(), admin), -1); // loses its last line feed
         EXPECT_EQ(g_nLastError, KX_ERROR_NETWORK);
     }
     camera.forgetRequests();
@@ -298,18 +220,18 @@ TEST_F(RequestChannel, WorksWithDescriptorsAboveAThousand)
 TEST_F(RequestChannel, SurvivesUrgentDataAndResets)
 {
     g_timing.firstReply = std::chrono::milliseconds(500);
-    const struct
-    {
-        const char* sent;
-        int flags;
-        int result;
-    } cases[] = {{"!", MSG_OOB, -1}, {"", 0, -1}, {"abc", 0, 0}};
-    for (const auto& row : cases) {
-        RudeCamera rude(row.sent, row.flags);
+    const std::tuple<const char*, int, int> cases[] = {{"!", MSG_OOB, -1}, {"", 0, -1}, {"abc", 0, 0}};
+    for (const auto& [sent, flags, result] : cases) {
+        const BareCamera rude([sent = std::string(sent), flags = flags](const FileDescriptor& connection) {
+            char byte = 0;
+            recv(connection.get(), &byte, 1, MSG_PEEK); // left unread, the request makes the close a reset
+            send(connection.get(), sent.data(), sent.size(), flags);
+            std::this_thread::sleep_for(std::chrono::milliseconds(20)); // the bytes are read before it
+        });
         session.port = rude.port();
         std::memset(reply, 0, sizeof reply);
-        EXPECT_EQ(request("&x"), row.result);
-        EXPECT_STREQ(reply, row.result == 0 ? row.sent : "");
+        EXPECT_EQ(request("&x"), result);
+        EXPECT_STREQ(reply, result == 0 ? sent : "");
     }
 }
 

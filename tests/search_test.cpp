@@ -56,12 +56,7 @@ TEST_F(SearchTest, SendsTwoProbesFromOnePort)
 TEST_F(SearchTest, ReportsWhatTheAnswersTell)
 {
     const std::string longName(300, 'n');
-    struct
-    {
-        const char* what;
-        Texts answers;
-        Texts found;
-    } rows[] = {
+    const std::tuple<const char*, Texts, Texts> rows[] = {
         {"a camera", {reply(match("http://192.168.1.20:8080/onvif"))}, {"192.168.1.20:8080 Door KX-C200T"}},
         {"one without a port, then after one with it",
          {reply(match("http://192.168.1.20/onvif")),
@@ -126,8 +121,8 @@ TEST_F(SearchTest, ReportsWhatTheAnswersTell)
          {reply(match("http://10.0.0.1/")), reply(match("http://10.0.0.1/"))},
          Texts(2, "10.0.0.1:80 Door KX-C200T")},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(search(row.answers), row.found) << row.what;
+    for (const auto& [what, answers, found] : rows)
+        EXPECT_EQ(search(answers), found) << what;
 }
 
 TEST_F(SearchTest, TellsOfAMatchWithoutScopesOnStandardOutput)

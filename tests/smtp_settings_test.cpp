@@ -20,22 +20,18 @@ TEST_F(SmtpSettings, ACameraThatAnswersWithoutItsModelCountsAsTi)
 
 TEST_F(SmtpSettings, SmtpSecurityIsANumberOrTwoFlags)
 {
-    const struct
-    {
-        const char* lines;
-        int auth;
-        int enable;
-    } cases[] = {{"OK smtpauth=0\nOK smtpencryssl=1\nOK smtpenable=7\n", 0, 7},
-                 {"OK smtpencryssl=1\nOK smtpencrytls=1\n", 2, 1},
-                 {"OK smtpencryssl=0\nOK smtpencrytls=1\n", 1, 1},
-                 {"OK smtpencrytls=2\n", 9, 1},
-                 {"OK smtpip=x\n", 9, 1}};
+    const std::tuple<const char*, int, int> cases[] = {
+        {"OK smtpauth=0\nOK smtpencryssl=1\nOK smtpenable=7\n", 0, 7},
+        {"OK smtpencryssl=1\nOK smtpencrytls=1\n", 2, 1},
+        {"OK smtpencryssl=0\nOK smtpencrytls=1\n", 1, 1},
+        {"OK smtpencrytls=2\n", 9, 1},
+        {"OK smtpip=x\n", 9, 1}};
     SmtpInfo before{};
     before.smtpauth = 9;
-    for (const auto& row : cases) {
-        const SmtpInfo info = read(Kx_Ipc_GetSMTP, row.lines, before);
-        EXPECT_EQ(info.smtpauth, row.auth) << row.lines;
-        EXPECT_EQ(info.smtpenable, row.enable) << row.lines;
+    for (const auto& [lines, auth, enable] : cases) {
+        const SmtpInfo info = read(Kx_Ipc_GetSMTP, lines, before);
+        EXPECT_EQ(info.smtpauth, auth) << lines;
+        EXPECT_EQ(info.smtpenable, enable) << lines;
     }
 }
 

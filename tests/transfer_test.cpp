@@ -11,8 +11,8 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 
+#include "BareCamera.h"
 #include "NetManager/Download.h"
-#include "NetManager/Socket.h"
 #include "NetManager/Upload.h"
 
 using kxsim::Fault;
@@ -26,81 +26,54 @@ using Disk = TransferTest;
 
 constexpr std::uint64_t nineMegabytes = 9'000'000;
 
-/// A camera without a memory: takes an upload and forgets it, or sends a file that it makes up. Serves one transfer, over
-/// its second connection.
-class ForgetfulCamera
+enum class Death
 {
-public:
-    enum class Death
-    {
-        Orderly, // all is sent, and the connection closed
-        Reset,   // half of the file is sent, and the connection reset
-        Refusal  // of an upload, at its head
-    };
+    Orderly, // all is sent, and the connection closed
+    Reset,   // half of the file is sent, and the connection reset
+    Refusal  // of an upload, at its head
+};
 
-    explicit ForgetfulCamera(Death death = Death::Orderly) : death_(death)
-    {
-        EXPECT_EQ(bind(listener_.get(), reinterpret_cast<sockaddr*>(&address_), sizeof address_), 0);
-        EXPECT_EQ(listen(listener_.get(), 4), 0);
-        socklen_t size = sizeof address_;
-        getsockname(listener_.get(), reinterpret_cast<sockaddr*>(&address_), &size);
-        thread_ = std::jthread([this] { serve(); });
+void takeUpload(const FileDescriptor& connection, std::array<char, 4096>& bytes, Death death)
+{
+    if (death == Death::Refusal) {
+        send(connection.get(), "HTTP/1.1 401 Unauthorized\r\n\r\n", 29, MSG_NOSIGNAL);
+        return;
     }
-
-    int port() const { return ntohs(address_.sin_port); }
-
-private:
-    void serve()
-    {
-        const timeval limit{.tv_sec = 10, .tv_usec = 0}; // for accepting too: no test hangs
-        setsockopt(listener_.get(), SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-        const FileDescriptor probe(accept(listener_.get(), nullptr, nullptr));
-        const FileDescriptor connection(accept(listener_.get(), nullptr, nullptr));
-        setsockopt(connection.get(), SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-        std::array<char, 4096> bytes{};
-        const ssize_t count = recv(connection.get(), bytes.data(), bytes.size(), 0);
-        if (std::string(bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)))
-                .starts_with("POST"))
-            takeUpload(connection, bytes);
-        else
-            sendFile(connection, bytes);
+    const std::string_view end = "--\r\n";
+    std::string tail;
+    for (ssize_t count = 1; count > 0 && !tail.ends_with(end);) {
+        count = recv(connection.get(), bytes.data(), bytes.size(), 0);
+        tail.append(bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        tail.erase(0, tail.size() - std::min(tail.size(), end.size()));
     }
+    send(connection.get(), "HTTP/1.1 200 OK\n\n", 17, MSG_NOSIGNAL);
+}
 
-    void takeUpload(const FileDescriptor& connection, std::array<char, 4096>& bytes) const
-    {
-        if (death_ == Death::Refusal) {
-            send(connection.get(), "HTTP/1.1 401 Unauthorized\r\n\r\n", 29, MSG_NOSIGNAL);
+void sendFile(const FileDescriptor& connection, std::array<char, 4096>& bytes, Death death)
+{
+    bytes.fill('x');
+    send(connection.get(), "HTTP/1.1 200 OK\n\n", 17, MSG_NOSIGNAL);
+    for (std::uint64_t sent = 0; sent < nineMegabytes; sent += bytes.size()) {
+        if (death == Death::Reset && sent > nineMegabytes / 2) {
+            setLinger(connection, 0);
             return;
         }
-        const std::string_view end = "--\r\n";
-        std::string tail;
-        for (ssize_t count = 1; count > 0 && !tail.ends_with(end);) {
-            count = recv(connection.get(), bytes.data(), bytes.size(), 0);
-            tail.append(bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-            tail.erase(0, tail.size() - std::min(tail.size(), end.size()));
-        }
-        send(connection.get(), "HTTP/1.1 200 OK\n\n", 17, MSG_NOSIGNAL);
+        send(connection.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
     }
+}
 
-    void sendFile(const FileDescriptor& connection, std::array<char, 4096>& bytes) const
-    {
-        bytes.fill('x');
-        send(connection.get(), "HTTP/1.1 200 OK\n\n", 17, MSG_NOSIGNAL);
-        for (std::uint64_t sent = 0; sent < nineMegabytes; sent += bytes.size()) {
-            if (death_ == Death::Reset && sent > nineMegabytes / 2) {
-                setLinger(connection, 0);
-                return;
-            }
-            send(connection.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
-        }
-    }
-
-    Death death_;
-    FileDescriptor listener_ = makeTcpSocket();
-    sockaddr_in address_{
-        .sin_family = AF_INET, .sin_port = 0, .sin_addr = {htonl(INADDR_LOOPBACK)}, .sin_zero = {}};
-    std::jthread thread_;
-};
+/// A camera without a memory: takes an upload and forgets it, or sends a file that it makes up.
+BareCamera::Serve forgetful(Death death)
+{
+    return [death](const FileDescriptor& connection) {
+        std::array<char, 4096> bytes{};
+        const ssize_t count = recv(connection.get(), bytes.data(), bytes.size(), 0);
+        if (count >= 4 && std::string_view(bytes.data(), 4) == "POST")
+            takeUpload(connection, bytes, death);
+        else
+            sendFile(connection, bytes, death);
+    };
+}
 
 std::size_t heapInUse()
 {
@@ -297,7 +270,7 @@ TEST_F(Transfer, DoesNotWaitForACameraThatKeepsTheConnection)
 
 TEST_F(Transfer, TellsARefusalFromADeath)
 {
-    const ForgetfulCamera refusing(ForgetfulCamera::Death::Refusal);
+    const BareCamera refusing(forgetful(Death::Refusal));
     connectTo(refusing.port());
     const std::string path = make("big", zeros(20'000'000));
     EXPECT_EQ(upload(path), failsSilently);
@@ -394,8 +367,8 @@ TEST_F(Transfer, TakesNoMemoryForTheFile)
     std::ofstream(path) << "x";
     std::filesystem::resize_file(path, nineMegabytes);
     for (const bool up : {true, false}) {
-        const ForgetfulCamera forgetful;
-        connectTo(forgetful.port());
+        const BareCamera forgetting(forgetful(Death::Orderly));
+        connectTo(forgetting.port());
         std::size_t most = 0;
         const std::size_t before = heapInUse();
         watch([&](const Progress&) {
@@ -410,7 +383,7 @@ TEST_F(Transfer, TakesNoMemoryForTheFile)
 
 TEST_F(Transfer, TellsAResetFromAnOrderlyEnd)
 {
-    const ForgetfulCamera dying(ForgetfulCamera::Death::Reset);
+    const BareCamera dying(forgetful(Death::Reset));
     connectTo(dying.port());
     EXPECT_EQ(download(pathOf("file")), failsByNetwork); // though the camera told no length
     EXPECT_LE(contentOf("file").size(), nineMegabytes / 2 + 8192);

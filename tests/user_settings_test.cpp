@@ -2,6 +2,7 @@
 #include "SdkTest.h"
 
 #include <cstring>
+#include <functional>
 
 #include "CameraCalls.h"
 #include "Core/UserInfo.h"
@@ -56,13 +57,7 @@ TEST_F(UserSettings, TypeIsAskedForTheSlotOfTheName)
 TEST_F(UserSettings, TypeIsReadOffTheRawReplies)
 {
     const std::string longName(61, 'n');
-    const struct
-    {
-        std::string users;
-        std::string name;
-        std::string authority;
-        int type;
-    } cases[] = {
+    const std::tuple<std::string, std::string, std::string, int> cases[] = {
         {httpReply("OK user.4=bob\n"), "bob", httpReply("OK authority.4=12\n"), 12},
         {httpReply("OK user.4=bob\n"), "bob", httpReply("OK authority.4= -7 8\n"), -7},
         {httpReply("OK user.4=bob\n"), "bob", httpReply("nothing"), 0},
@@ -79,12 +74,12 @@ TEST_F(UserSettings, TypeIsReadOffTheRawReplies)
         {httpReply("OK user.4=" + longName + "more\n"), longName, httpReply("OK authority.4=5\n"), 5},
         {"", "bob", httpReply("OK authority.4=12\n"), -1},
     };
-    for (const auto& row : cases) {
+    for (const auto& [users, name, authority, type] : cases) {
         kxsim::SimCamera camera;
         const long id = login(camera);
-        camera.replaceReply("user.0", row.users);
-        camera.replaceReply("authority", row.authority);
-        EXPECT_EQ(Kx_Ipc_GetUserType(id, row.name.c_str()), row.type) << row.users << row.authority;
+        camera.replaceReply("user.0", users);
+        camera.replaceReply("authority", authority);
+        EXPECT_EQ(Kx_Ipc_GetUserType(id, name.c_str()), type) << users << authority;
         Kx_Ipc_Logout(id);
     }
 }
@@ -101,6 +96,10 @@ TEST_F(UserSettings, AddedUsersLogInAndDeletedOnesDoNot)
     EXPECT_EQ(Kx_Ipc_DeleteUser(tiId, "bob"), 0);
     EXPECT_EQ(Kx_Ipc_DeleteUser(tiId, "bob"), -1);
     EXPECT_THAT(queries(ti), ElementsAre("&deluser=bob", "&deluser=bob"));
+    for (int slot = 1; slot <= 10; ++slot) { // of which the first is the administrator's
+        put(bob.name, "user" + std::to_string(slot));
+        EXPECT_EQ(Kx_Ipc_AddUser(tiId, &bob), slot < 10 ? 0 : -1);
+    }
     EXPECT_FALSE(letsIn("bob", "pass word"));
 }
 
@@ -146,25 +145,6 @@ TEST_F(UserSettings, TheSessionKeepsThePasswordItLoggedInWith)
     EXPECT_EQ(Kx_Ipc_GetUserType(tiId, "admin"), 10);
 }
 
-TEST_F(UserSettings, ChangesNeedTheirWordOfConfirmation)
-{
-    const auto calls = {+[](long id) { return Kx_Ipc_DeleteUser(id, "bob"); },
-                        +[](long id) { return Kx_Ipc_ModifyPassword(id, "admin", "p"); },
-                        +[](long id) { return Kx_Ipc_NewSetUser(id, "bob", "p", 1, 2, 3); },
-                        +[](long id) {
-                            const UserAccountInfo account{"bob", "p", 1};
-                            return Kx_Ipc_AddUser(id, &account);
-                        }};
-    for (const auto& call : calls) {
-        for (const auto& [body, result] : {std::pair("OK adduser\nOK deluser\nOK newsetuser\n", 0),
-                                           std::pair("NG adduser\nNG deluser\nNG newsetuser\nOK\n", -1)}) {
-            ti.replaceReply("user=", httpReply(body));
-            EXPECT_EQ(call(tiId), result);
-        }
-    }
-    EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_NONE);
-}
-
 TEST_F(UserSettings, SetUserProvesThePasswordOfTheSession)
 {
     EXPECT_EQ(Kx_Ipc_NewSetUser(tiId, "eve", "a b", 3, 4, -1), 0);
@@ -179,11 +159,19 @@ TEST_F(UserSettings, SetUserProvesThePasswordOfTheSession)
     EXPECT_EQ(ti.value("user.2"), "");
 }
 
-TEST_F(UserSettings, SetUserIsCutAtItsBound)
+TEST_F(UserSettings, QueriesAreCutAtTheirBounds)
 {
-    Kx_Ipc_NewSetUser(tiId, std::string(1500, 'n').c_str(), std::string(1500, 'p').c_str(), 1, 2, 3);
-    const std::string start = proof + "&newsetuser=" + std::string(1500, 'n') + ":";
-    EXPECT_THAT(queries(ti), ElementsAre(start + std::string(2046 - start.size(), 'p')));
+    const std::string name(490, 'n');
+    const std::string password(2000, 'p');
+    Kx_Ipc_NewSetUser(tiId, name.c_str(), password.c_str(), 1, 2, 3);
+    Kx_Ipc_DeleteUser(tiId, password.c_str());
+    Kx_Ipc_ModifyPassword(tiId, name.c_str(), password.c_str());
+    const auto filled = [](const std::string& start, std::size_t length) {
+        return start + std::string(length - start.size(), 'p');
+    };
+    EXPECT_THAT(queries(ti),
+                ElementsAre(filled(proof + "&newsetuser=" + name + ":", 2046), filled("&deluser=", 1022),
+                            askType, filled("&deluser=" + name + "&adduser=" + name + ":", 1022)));
 }
 
 TEST_F(UserSettings, ChallengeGivesTheKeyAndItsNumber)
@@ -202,13 +190,7 @@ TEST_F(UserSettings, ChallengeGivesTheKeyAndItsNumber)
 
 TEST_F(UserSettings, ChallengeReadsWhatTheReplyHolds)
 {
-    const struct
-    {
-        std::string lines;
-        int result;
-        const char* key;
-        int id;
-    } cases[] = {
+    const std::tuple<std::string, int, const char*, int> cases[] = {
         {"OK challenge\n", 0, "before", -7},
         {"OK challenge\nkey=\nkeyid=\n", 0, "", 0},
         {"OK challenge\nkeyid=12x\nkey=a b=c\r\n", 0, "a b=c\r", 12},
@@ -216,26 +198,15 @@ TEST_F(UserSettings, ChallengeReadsWhatTheReplyHolds)
         {"key=k\nkeyid=4\n", -1, "before", -7},
         {"NG challenge\nkey=k\nkeyid=4\n", -1, "before", -7},
     };
-    for (const auto& row : cases) {
+    for (const auto& [lines, result, wantedKey, wantedId] : cases) {
         char key[2048] = "before";
         int id = -7;
-        ti.replaceReply("challenge", httpReply(row.lines));
-        EXPECT_EQ(Kx_Ipc_PasswordChallenge(tiId, "k", key, &id), row.result) << row.lines;
-        EXPECT_STREQ(key, row.key) << row.lines;
-        EXPECT_EQ(id, row.id) << row.lines;
+        ti.replaceReply("challenge", httpReply(lines));
+        EXPECT_EQ(Kx_Ipc_PasswordChallenge(tiId, "k", key, &id), result) << lines;
+        EXPECT_STREQ(key, wantedKey) << lines;
+        EXPECT_EQ(id, wantedId) << lines;
     }
     EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_NONE);
-}
-
-TEST_F(UserSettings, AKeyBeyondTheReplyIsCut)
-{
-    char key[2048] = "";
-    int id = -7;
-    const std::string head = "OK challenge\nkey=";
-    ti.replaceReply("challenge", head + std::string(3000, 'k'));
-    EXPECT_EQ(Kx_Ipc_PasswordChallenge(tiId, "k", key, &id), 0);
-    EXPECT_EQ(key, std::string(255 - head.size(), 'k'));
-    EXPECT_EQ(id, -7);
 }
 
 TEST_F(UserSettings, AllSlotsAreReadInThreeRequests)
@@ -253,18 +224,12 @@ TEST_F(UserSettings, AllSlotsAreReadInThreeRequests)
     EXPECT_EQ(Kx_Ipc_GetAllUser(tiId, entries), 0);
     EXPECT_THAT(queries(ti), ElementsAre(slots("user"), slots("authority"), slots("privilege")));
 
-    const struct
-    {
-        std::size_t slot;
-        std::string name;
-        int authority;
-        int privilege;
-    } expected[] = {
+    const std::tuple<std::size_t, std::string, int, int> expected[] = {
         {0, "admin", 10, 255}, {1, "bob", 2, 0}, {2, "", 0, 0}, {9, std::string(32, 'n'), 44, 255}};
-    for (const auto& row : expected) {
-        EXPECT_EQ(entries[row.slot].name, row.name);
-        EXPECT_EQ(entries[row.slot].authority, row.authority);
-        EXPECT_EQ(entries[row.slot].privilege, row.privilege);
+    for (const auto& [slot, name, authority, privilege] : expected) {
+        EXPECT_EQ(entries[slot].name, name);
+        EXPECT_EQ(entries[slot].authority, authority);
+        EXPECT_EQ(entries[slot].privilege, privilege);
     }
     for (const std::size_t untouched : {8U, 10U}) {
         UserListEntry before;
@@ -287,23 +252,13 @@ TEST_F(UserSettings, AFailedListKeepsWhatItCouldNotRead)
     }
 }
 
-TEST_F(UserSettings, SecurityQuestionsComeFromTheAdministrativePath)
-{
-    SqaInfo info{};
-    EXPECT_EQ(Kx_Ipc_GetSQA(tiId, &info), 0);
-    EXPECT_THAT(queries(ti), ElementsAre("/cgi-bin/admin/admin.cgi?action=get.sqa&format=inf"));
-    EXPECT_EQ(info.sqa_enable, 1);
-    EXPECT_EQ(info.sqa_type_1, 4);
-    EXPECT_STREQ(info.sqa_question_0, "What was the name of your first school?");
-    EXPECT_STREQ(info.sqa_question_2, "");
-}
-
 TEST_F(UserSettings, SecurityQuestionsEndAtTheCarriageReturn)
 {
     const SqaInfo all = read(Kx_Ipc_GetSQA, "sqa_enable=1\r\nsqa_type_0=2\r\nsqa_question_0=a\nb\r\n"
                                             "sqa_type_1=3\r\nsqa_question_1=c # d\r\nsqa_type_2=4\r\n"
                                             "sqa_question_2=" +
                                                 std::string(300, 'q') + "\r\n");
+    EXPECT_THAT(queries(ti), ElementsAre("/cgi-bin/admin/admin.cgi?action=get.sqa&format=inf"));
     EXPECT_EQ(all.sqa_enable, 1);
     EXPECT_EQ(all.sqa_type_0, 2);
     EXPECT_STREQ(all.sqa_question_0, "a\nb");
@@ -319,6 +274,10 @@ TEST_F(UserSettings, SecurityQuestionsEndAtTheCarriageReturn)
     EXPECT_EQ(some.sqa_enable, 9);
     EXPECT_EQ(some.sqa_type_1, 5);
     EXPECT_STREQ(some.sqa_question_1, "before");
+
+    SqaInfo own{};
+    EXPECT_EQ(Kx_Ipc_GetSQA(pageId, &own), 0);
+    EXPECT_STREQ(own.sqa_question_0, "What was the name of your first school?");
 }
 
 TEST_F(UserSettings, ALockedSessionManagesNoAccounts)
@@ -342,33 +301,36 @@ TEST_F(UserSettings, ALockedSessionManagesNoAccounts)
     EXPECT_EQ(Kx_Ipc_ModifyPassword(tiId, "admin", "new"), 0);
 }
 
-TEST_F(UserSettings, TracesShowNoSecret)
+TEST_F(UserSettings, TracesShowNoSecretAndNoFailure)
 {
-    const std::string type = "KxOutputDebugInfo: ====Get UserType1:%s=== \n"
-                             "KxOutputDebugInfo: ====Get UserType2:%s=== \n";
-    char key[2048];
-    int keyId = 0;
-    UserListEntry entries[10];
-    SqaInfo questions;
-    const auto printed = [](const std::function<void()>& call) {
-        testing::internal::CaptureStdout();
-        call();
-        return testing::internal::GetCapturedStdout();
+    const auto trace = [](const std::string& text) { return "KxOutputDebugInfo: " + text + " \n"; };
+    const std::string slotTrace = trace("====Get UserType1:%s===");
+    const std::string typeTraces = slotTrace + trace("====Get UserType2:%s===");
+    Records records;
+    const std::pair<std::function<int()>, std::string> cases[] = {
+        {[&] { return Kx_Ipc_GetUserType(tiId, "admin"); }, typeTraces},
+        {[&] { return Kx_Ipc_GetUserType(tiId, "ghost"); }, slotTrace},
+        {[&] { return Kx_Ipc_AddUser(tiId, &bob); }, trace("==AddUser Response:%s==")},
+        {[&] { return Kx_Ipc_ModifyPassword(tiId, "bob", "new"); },
+         typeTraces + trace("==Add User:%s password:%s Response:%s==")},
+        {[&] { return Kx_Ipc_NewSetUser(tiId, "bob", "new", 1, 2, 3); }, trace("==newAddUser Response:%s==")},
+        {[&] { return Kx_Ipc_DeleteUser(tiId, "bob"); }, trace("==DelUser Response:%s==")},
+        {[&] { return Kx_Ipc_PasswordChallenge(tiId, "k", records.challengeKey, &records.challengeKeyId); },
+         trace("==password challenge Response:%s==")},
+        {[&] { return Kx_Ipc_GetAllUser(tiId, records.users); }, ""},
+        {[&] { return Kx_Ipc_GetSQA(tiId, &records.questions); }, ""},
     };
-    EXPECT_EQ(printed([&] { Kx_Ipc_GetUserType(tiId, "admin"); }), type);
-    EXPECT_EQ(printed([&] { Kx_Ipc_AddUser(tiId, &bob); }), "KxOutputDebugInfo: ==AddUser Response:%s== \n");
-    EXPECT_EQ(printed([&] { Kx_Ipc_ModifyPassword(tiId, "bob", "new"); }),
-              type + "KxOutputDebugInfo: ==Add User:%s password:%s Response:%s== \n");
-    EXPECT_EQ(printed([&] { Kx_Ipc_NewSetUser(tiId, "bob", "new", 1, 2, 3); }),
-              "KxOutputDebugInfo: ==newAddUser Response:%s== \n");
-    EXPECT_EQ(printed([&] { Kx_Ipc_DeleteUser(tiId, "bob"); }),
-              "KxOutputDebugInfo: ==DelUser Response:%s== \n");
-    EXPECT_EQ(printed([&] { Kx_Ipc_PasswordChallenge(tiId, "k", key, &keyId); }),
-              "KxOutputDebugInfo: ==password challenge Response:%s== \n");
-    EXPECT_EQ(printed([&] { Kx_Ipc_GetAllUser(tiId, entries); }), "");
-    EXPECT_EQ(printed([&] { Kx_Ipc_GetSQA(tiId, &questions); }), "");
-    EXPECT_EQ(printed([&] { Kx_Ipc_GetUserType(tiId, "ghost"); }),
-              "KxOutputDebugInfo: ====Get UserType1:%s=== \n");
-    ti.setFault({.kind = kxsim::Fault::Kind::Status, .status = 404});
-    EXPECT_EQ(printed([&] { Kx_Ipc_AddUser(tiId, &bob); }), ""); // the request failed
+    for (const bool works : {true, false}) {
+        if (!works)
+            ti.setFault({.kind = kxsim::Fault::Kind::Status, .status = 404});
+        for (const auto& [call, printed] : cases) {
+            testing::internal::CaptureStdout();
+            call();
+            EXPECT_EQ(testing::internal::GetCapturedStdout(), works ? printed : "") << printed;
+        }
+    }
+    ti.setFault({.kind = kxsim::Fault::Kind::Status, .status = 404, .onlyFor = "authority"});
+    testing::internal::CaptureStdout();
+    Kx_Ipc_GetUserType(tiId, "admin");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), slotTrace);
 }

@@ -1,6 +1,7 @@
 // Video streams: what goes out in both dialects, what becomes of the replies, and when the camera gets its pauses.
 #include "SdkTest.h"
 
+#include <array>
 #include <chrono>
 #include <cstring>
 #include <limits>
@@ -8,8 +9,8 @@
 
 using kxsim::httpReply;
 using testing::ElementsAre;
-using testing::EndsWith;
 using testing::SizeIs;
+using Clock = std::chrono::steady_clock;
 
 namespace
 {
@@ -100,6 +101,23 @@ protected:
         EXPECT_EQ(set(toTi ? tiId : pageId, &video, 1), 0);
         return queries(toTi ? ti : page).back();
     }
+
+    /// When each request of a set came, and when the call was over.
+    std::vector<Clock::time_point> timesOf(int (*set)(long, const VideoInfo*, int), const VideoInfo& video,
+                                           bool toTi)
+    {
+        std::mutex mutex;
+        std::vector<Clock::time_point> times;
+        auto& camera = toTi ? ti : page;
+        camera.onRequest([&](const kxsim::Request&) {
+            const std::lock_guard lock(mutex);
+            times.push_back(Clock::now());
+        });
+        sent(set, video, toTi);
+        camera.onRequest({});
+        times.push_back(Clock::now());
+        return times;
+    }
 };
 
 } // namespace
@@ -127,39 +145,43 @@ TEST_F(VideoSettings, AllStreamsAreReadInTwoRequests)
 
 TEST_F(VideoSettings, AbsentKeysLeaveTheRecordAlone)
 {
-    VideoInfo video;
-    std::memset(&video, 0x55, sizeof video);
-    video.stream = 2;
-    const auto before = fieldsOf(video);
-    page.replaceReply("", httpReply("event_stream_iframe = \n"), 2);
-    EXPECT_EQ(Kx_Ipc_GetVideoConfig(pageId, &video, 1), 0);
-    EXPECT_EQ(fieldsOf(video), before);
-    EXPECT_EQ(Kx_Ipc_GetVideoConfig_ForOldVer(pageId, &video, 1), 0);
-    EXPECT_EQ(fieldsOf(video), before);
+    for (std::uint8_t stream = 0; stream < 3; ++stream) {
+        VideoInfo video;
+        std::memset(&video, 0x55, sizeof video);
+        video.stream = stream;
+        auto before = fieldsOf(video);
+        page.replaceReply("", httpReply("event_stream_iframe = \n"), stream < 2 ? 3 : 2);
+        EXPECT_EQ(Kx_Ipc_GetVideoConfig_ForOldVer(pageId, &video, 1), 0); // asks nothing of a third stream
+        EXPECT_EQ(fieldsOf(video), before);
+        EXPECT_EQ(Kx_Ipc_GetVideoConfig(pageId, &video, 1), 0);
+        if (stream == 0)
+            before[18] = before[19] = 0; // the chip flags are the SDK's own
+        EXPECT_EQ(fieldsOf(video), before);
+    }
 }
 
 TEST_F(VideoSettings, ChipFlagsFollowFromWhatTheCameraIsMadeOf)
 {
-    const struct
-    {
-        const char* sensor;
-        const char* lines;
-        int limited;
-        int imx274;
-    } cases[] = {{"imx274", "OK cputype=hi3516av200\nOK ddrsize=1\n", 1, 1},
-                 {"sony imx274c", "OK cputype=x3516av200x\nOK ddrsize=2\n", 0, 1},
-                 {"imx290", "OK cputype=3516av200\n", 0, 0},
-                 {"imx274", "OK cputype=3516a\nOK ddrsize=1\n", 1, 0},
-                 {"imx274", "OK ddrsize=1\n", 0, 0}};
-    for (const auto& row : cases) {
+    const auto x = [](std::size_t count) { return std::string(count, 'x'); };
+    const std::tuple<std::string, std::string, int, int> cases[] = {
+        {"imx274", "OK cputype=hi3516av200\nOK ddrsize=1\n", 1, 1},
+        {"sony imx274c", "OK cputype=x3516av200x\nOK ddrsize=2\n", 0, 1},
+        {"imx290", "OK cputype=3516av200\n", 0, 0},
+        {"imx274", "OK cputype=3516a\nOK ddrsize=1\n", 1, 0},
+        {"imx274", "OK ddrsize=1\n", 0, 0},
+        // Both texts are read up to 63 characters.
+        {x(57) + "imx274", "OK cputype=" + x(55) + "3516av200\nOK ddrsize=1\n", 1, 0},
+        {x(57) + "imx274", "OK cputype=" + x(54) + "3516av200\n", 0, 1},
+        {x(58) + "imx274", "OK cputype=" + x(54) + "3516av200\n", 0, 0},
+        {"imx274", "OK cputype=" + x(59) + "3516a\nOK ddrsize=1\n", 0, 0}};
+    for (const auto& [sensor, lines, limited, imx274] : cases) {
         VideoInfo video{};
         video.limited3516a = video.imx274on3516av200 = 7;
-        page.replaceReply(
-            "general", httpReply("system_deviceinformation_sensor = '" + std::string(row.sensor) + "';\n"));
-        page.replaceReply("cputype", httpReply(row.lines));
+        page.replaceReply("general", httpReply("system_deviceinformation_sensor = '" + sensor + "';\n"));
+        page.replaceReply("cputype", httpReply(lines));
         EXPECT_EQ(Kx_Ipc_GetVideoConfig(pageId, &video, 1), 0);
-        EXPECT_EQ(video.limited3516a, row.limited) << row.sensor << row.lines;
-        EXPECT_EQ(video.imx274on3516av200, row.imx274) << row.sensor << row.lines;
+        EXPECT_EQ(video.limited3516a, limited) << sensor << lines;
+        EXPECT_EQ(video.imx274on3516av200, imx274) << sensor << lines;
     }
 }
 
@@ -179,20 +201,12 @@ TEST_F(VideoSettings, AGetThatFailsHalfWayKeepsWhatItHas)
 TEST_F(VideoSettings, CountsAreCheckedAfterTheSession)
 {
     VideoInfo video{};
-    const struct
-    {
-        int newVersion;
-        int oldGet;
-        int oldSet;
-        std::size_t requests;
-        int count;
-    } cases[] = {{-1, -1, -1, 0, -1}, {-1, 0, 0, 1, 0}}; // the old set asks for the model even for no record
-    for (const auto& row : cases) {
-        EXPECT_EQ(Kx_Ipc_GetVideoConfig(tiId, &video, row.count), row.newVersion);
-        EXPECT_EQ(Kx_Ipc_SetVideoConfig(tiId, &video, row.count), row.newVersion);
-        EXPECT_EQ(Kx_Ipc_GetVideoConfig_ForOldVer(tiId, &video, row.count), row.oldGet);
-        EXPECT_EQ(Kx_Ipc_SetVideoConfig_ForOldVer(tiId, &video, row.count), row.oldSet);
-        EXPECT_THAT(ti.requests(), SizeIs(row.requests));
+    for (const int count : {-1, 0}) {
+        EXPECT_EQ(Kx_Ipc_GetVideoConfig(tiId, &video, count), -1);
+        EXPECT_EQ(Kx_Ipc_SetVideoConfig(tiId, &video, count), -1);
+        EXPECT_EQ(Kx_Ipc_GetVideoConfig_ForOldVer(tiId, &video, count), count); // none is fine
+        EXPECT_EQ(Kx_Ipc_SetVideoConfig_ForOldVer(tiId, &video, count), count); // and asks for the model
+        EXPECT_THAT(ti.requests(), SizeIs(count == 0 ? 1 : 0));
     }
     EXPECT_EQ(Kx_Sdk_GetLastError(), KX_ERROR_NONE);
     EXPECT_EQ(Kx_Ipc_GetVideoConfig(999, &video, 0), -1);
@@ -253,13 +267,11 @@ TEST_F(VideoSettings, ATiCameraGetsAllStreamsInOneQuery)
                             setGeneral + pictureSize(1), sub + "&maincodec=1"));
     ti.replaceReply("subcodec", httpReply("404 Not Found"));
     EXPECT_EQ(sent(Kx_Ipc_SetVideoConfig, videos[0], true), main + "&subcodec=0&enablesubstream=0");
-}
 
-TEST_F(VideoSettings, ATiCameraHasNoThirdStream)
-{
-    const VideoInfo video = sample(2);
-    EXPECT_EQ(Kx_Ipc_SetVideoConfig(tiId, &video, 1), 0);
-    EXPECT_THAT(queries(ti), ElementsAre(askModel, setGeneral, testing::HasSubstr("get.network.general")));
+    // It has no third stream.
+    ti.forgetRequests();
+    EXPECT_THAT(sent(Kx_Ipc_SetVideoConfig, sample(2), true), testing::HasSubstr("get.network.general"));
+    EXPECT_EQ(queries(ti)[1], setGeneral);
 }
 
 TEST_F(VideoSettings, ValuesAreBroughtIntoTheirRanges)
@@ -405,40 +417,36 @@ TEST_F(VideoSettings, WhatWasReadCanBeWrittenBack)
 TEST_F(VideoSettings, TheCameraGetsTimeToRestartItsEncoder)
 {
     using namespace std::chrono_literals;
-    using Clock = std::chrono::steady_clock;
     EXPECT_EQ(Timing{}.newResolution, 2s);
     EXPECT_EQ(Timing{}.newEncoding, 5s);
     EXPECT_EQ(Timing{}.newThirdEncoding, 3s);
     EXPECT_EQ(Timing{}.oldFirmwareEncoding, 1500ms);
-    g_timing.newResolution = 20ms;
-    g_timing.newEncoding = 60ms;
-    g_timing.newThirdEncoding = 40ms;
-    g_timing.oldFirmwareEncoding = 30ms;
+    constexpr Timing::Milliseconds Timing::*none = nullptr;
     const struct
     {
         int (*set)(long, const VideoInfo*, int);
         bool toTi;
         std::uint8_t stream;
-        std::vector<Clock::duration> after; // each request; last, the end of the call
-    } cases[] = {{Kx_Ipc_SetVideoConfig, false, 0, {0ms, 20ms, 0ms, 60ms}},
-                 {Kx_Ipc_SetVideoConfig, false, 1, {0ms, 20ms, 60ms}},
-                 {Kx_Ipc_SetVideoConfig, false, 2, {0ms, 20ms, 40ms}},
-                 {Kx_Ipc_SetVideoConfig, true, 2, {0ms, 20ms, 0ms}},
-                 {Kx_Ipc_SetVideoConfig_ForOldVer, true, 0, {0ms, 30ms}}};
-    for (const auto& row : cases) {
-        std::mutex mutex;
-        std::vector<Clock::time_point> times;
-        auto& camera = row.toTi ? ti : page;
-        camera.onRequest([&](const kxsim::Request&) {
-            const std::lock_guard lock(mutex);
-            times.push_back(Clock::now());
-        });
-        const VideoInfo video = sample(row.stream);
-        EXPECT_EQ(row.set(row.toTi ? tiId : pageId, &video, 1), 0);
-        camera.onRequest({});
-        times.push_back(Clock::now());
-        ASSERT_THAT(times, SizeIs(row.after.size() + 1));
-        for (std::size_t i = 0; i < row.after.size(); ++i)
-            EXPECT_GE(times[i + 1] - times[i], row.after[i]) << "stream " << int{row.stream} << ", " << i;
+        std::vector<Timing::Milliseconds Timing::*> after; // each request; last, the end of the call
+    } cases[] = {
+        {Kx_Ipc_SetVideoConfig, false, 0, {none, &Timing::newResolution, none, &Timing::newEncoding}},
+        {Kx_Ipc_SetVideoConfig, false, 1, {none, &Timing::newResolution, &Timing::newEncoding}},
+        {Kx_Ipc_SetVideoConfig, false, 2, {none, &Timing::newResolution, &Timing::newThirdEncoding}},
+        {Kx_Ipc_SetVideoConfig, true, 2, {none, &Timing::newResolution, none}},
+        {Kx_Ipc_SetVideoConfig_ForOldVer, true, 0, {none, &Timing::oldFirmwareEncoding}},
+    };
+    // In two orders of length, so that no pause can stand in for another one.
+    for (const auto& pauses : {std::array{5ms, 10ms, 15ms, 20ms}, std::array{20ms, 15ms, 10ms, 5ms}}) {
+        g_timing.newResolution = pauses[0];
+        g_timing.newEncoding = pauses[1];
+        g_timing.newThirdEncoding = pauses[2];
+        g_timing.oldFirmwareEncoding = pauses[3];
+        for (const auto& row : cases) {
+            const std::vector<Clock::time_point> times = timesOf(row.set, sample(row.stream), row.toTi);
+            ASSERT_THAT(times, SizeIs(row.after.size() + 1));
+            for (std::size_t i = 0; i < row.after.size(); ++i)
+                EXPECT_GE(times[i + 1] - times[i], row.after[i] != none ? g_timing.*row.after[i] : 0ms)
+                    << "stream " << int{row.stream} << ", " << i;
+        }
     }
 }

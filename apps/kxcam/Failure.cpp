@@ -80,8 +80,8 @@ Failure sdkFailure(const std::string& what)
 {
     const long error = Kx_Sdk_GetLastError();
     const ErrorRow& row = rowOf(error);
-    return {row.code,
-            what + " failed: " + row.reason + " (error " + std::to_string(error) + "). " + row.advice};
+    const std::string number = error != KX_ERROR_NONE ? " (error " + std::to_string(error) + ")" : "";
+    return {row.code, what + " failed: " + row.reason + number + ". " + row.advice};
 }
 
 } // namespace kxcam

@@ -1,6 +1,8 @@
 // kxsim: simulated cameras that run until they are interrupted.
 #include "KxSim/SimCamera.h"
 
+#include "LogLine.h"
+
 #include <CLI/CLI.hpp>
 
 #include <arpa/inet.h>
@@ -128,7 +130,7 @@ void printWhatComes(kxsim::SimCamera& camera)
     camera.onRequest([&camera](const kxsim::Request& request) {
         const std::string status = request.status ? std::to_string(request.status) : "---";
         const std::string line = request.text.substr(0, request.text.find("\r\n"));
-        print(placeOf(camera) + " " + status + " " + line.substr(0, line.find(" HTTP/")));
+        print(placeOf(camera) + " " + status + " " + withoutSecrets(line.substr(0, line.find(" HTTP/"))));
         camera.forgetRequests();
     });
     camera.onProbe([&camera](const kxsim::Probe& probe) {

@@ -17,10 +17,10 @@ public:
     void add(std::string_view piece)
     {
         const auto room = static_cast<std::size_t>(last_ - end_);
-        if (piece.size() > room) [[unlikely]]
-            piece = piece.substr(0, room);
-        std::memcpy(end_, piece.data(), piece.size());
-        end_ += piece.size();
+        if (piece.size() <= room) [[likely]]
+            append(piece.data(), piece.size()); // of a literal the compiler knows the size here
+        else
+            append(piece.data(), room);
     }
 
     void add(int number)
@@ -42,6 +42,12 @@ public:
     }
 
 private:
+    void append(const char* bytes, std::size_t size)
+    {
+        std::memcpy(end_, bytes, size);
+        end_ += size;
+    }
+
     char* begin_;
     char* end_;
     char* last_;

@@ -44,8 +44,10 @@ std::size_t composeRequest(char (&buffer)[requestSize], const UserInfo& session,
         request.add("GET /cgi-bin/admin/admin.cgi?");
     else if (query.empty())
         addLoginTarget(request, session);
+    else if (query[0] == '&')
+        request.add("GET /vb.htm?language=ie");
     else
-        request.add(query[0] == '&' ? "GET /vb.htm?language=ie" : "GET /vb.htm?");
+        request.add("GET /vb.htm?");
     addQuery(request, query);
     addHeaders(request, session);
     return request.text().size();

@@ -7,8 +7,6 @@
 
 #include <arpa/inet.h>
 #include <netdb.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace
 {
@@ -21,12 +19,6 @@ void setLimit(const FileDescriptor& socket, int option, std::chrono::millisecond
 }
 
 } // namespace
-
-FileDescriptor::~FileDescriptor()
-{
-    if (descriptor_ >= 0)
-        ::close(descriptor_);
-}
 
 std::optional<sockaddr_in> resolveIpv4(const char* host, int port)
 {
@@ -57,11 +49,6 @@ std::optional<sockaddr_in> resolveIpv4(const char* host, int port)
         return address;
     }
     return std::nullopt;
-}
-
-FileDescriptor makeTcpSocket(int flags)
-{
-    return FileDescriptor(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | flags, 0));
 }
 
 bool setLinger(const FileDescriptor& socket, int seconds)

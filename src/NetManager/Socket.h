@@ -7,13 +7,19 @@
 
 #include <netinet/in.h>
 #include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 /// Owns a file descriptor.
 class FileDescriptor
 {
 public:
     explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
-    ~FileDescriptor();
+    ~FileDescriptor()
+    {
+        if (descriptor_ >= 0)
+            ::close(descriptor_);
+    }
     FileDescriptor(const FileDescriptor&) = delete;
     FileDescriptor& operator=(const FileDescriptor&) = delete;
 
@@ -30,7 +36,10 @@ private:
 std::optional<sockaddr_in> resolveIpv4(const char* host, int port);
 
 /// A new IPv4 stream socket; false when there is none to be had. SOCK_NONBLOCK is a possible flag.
-FileDescriptor makeTcpSocket(int flags = 0);
+inline FileDescriptor makeTcpSocket(int flags = 0)
+{
+    return FileDescriptor(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | flags, 0));
+}
 
 /// On close, waits up to this many seconds for unsent data to leave; 0: drops them and resets the connection. False when
 /// the system refuses.

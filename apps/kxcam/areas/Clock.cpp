@@ -1,6 +1,6 @@
 // The clock. It runs, so that what is read back is later than what was written.
-#include <cstdlib>
 #include <ctime>
+#include <optional>
 
 #include <KxIpcSDK/KxSystem.h>
 
@@ -30,7 +30,8 @@ constexpr Field fields[] = {
     field<&DateTimeInfo::system_datetime_zonename_tz>("system_datetime_zonename_tz", "name of the time zone"),
 };
 
-std::time_t timeOf(const void* record)
+/// Nothing for a day that its month does not have, which a camera may take for one of the next month.
+std::optional<std::time_t> timeOf(const void* record)
 {
     const auto& info = *static_cast<const DateTimeInfo*>(record);
     std::tm time{};
@@ -40,14 +41,16 @@ std::time_t timeOf(const void* record)
     time.tm_hour = info.hour;
     time.tm_min = info.minute;
     time.tm_sec = info.second;
-    return timegm(&time);
+    const std::time_t seconds = timegm(&time);
+    return time.tm_mday == info.day ? std::optional(seconds) : std::nullopt;
 }
 
 bool wentOn(const void* written, const void* after)
 {
     constexpr std::time_t longestSet = 60; // seconds from writing to reading back, with a slow camera
-    const std::time_t passed = timeOf(after) - timeOf(written);
-    return passed >= 0 && passed <= longestSet;
+    const auto from = timeOf(written);
+    const auto until = timeOf(after);
+    return from && until && *until >= *from && *until - *from <= longestSet;
 }
 
 } // namespace

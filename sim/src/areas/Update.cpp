@@ -2,6 +2,7 @@
 #include "Area.h"
 
 #include <array>
+#include <charconv>
 
 namespace kxsim
 {
@@ -42,8 +43,10 @@ std::optional<std::string> tellProgress(Settings& camera, const std::string&)
     if (version != offered)
         return "OK errcode=-1";
     const std::string told = camera.text(progress);
-    if (const int next = std::stoi(told) + step; next <= done)
-        camera.put(progress, std::to_string(next));
+    int percent = 0; // what is no number begins anew
+    std::from_chars(told.data(), told.data() + told.size(), percent);
+    if (percent <= done - step)
+        camera.put(progress, std::to_string(percent + step));
     else
         camera.put("softversion", offered);
     return "OK updateprogress=" + told;
