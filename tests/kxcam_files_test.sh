@@ -103,6 +103,11 @@ expect 0 '^sent ' kxcam "$cut" upload file "$here/clip.bin"
 expect 4 'what has come is in .*/piece\.part' kxcam "$cut" download file clip.bin "$here/piece"
 [ ! -e "$here/piece" ] || fail 'leaves a partial file that looks whole'
 
+head -c 12000000 /dev/zero >"$here/long"
+expect 0 '^sent .*, 12\.0 MB $' kxcam "$ti" upload file "$here/long"
+expect 1 'takes 10 MB at most\. The beginning is in ' kxcam "$ti" download file long "$here/short"
+[ ! -e "$here/short" ] || fail 'leaves a partial file that looks whole'
+
 # Ctrl-C stops a transfer.
 simulate silent --fault silent-after --fault-for update.cgi
 command='kxcam upload firmware, interrupted'

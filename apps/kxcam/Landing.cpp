@@ -22,13 +22,18 @@ Failure cannotWrite(const std::string& path, const std::string& why)
     return {ExitCode::ThisComputer, "can not write '" + printable(path) + "': " + why};
 }
 
-/// Cuts a file to half of its size, its body, and moves it.
-void land(const fs::path& from, const fs::path& destination)
+void cut(const std::string& path, std::uint64_t size)
 {
     std::error_code error;
-    fs::resize_file(from, fs::file_size(from) / 2, error);
-    if (!error)
-        fs::rename(from, destination, error);
+    fs::resize_file(path, size, error);
+    if (error)
+        throw cannotWrite(path, error.message());
+}
+
+void move(const std::string& path, const std::string& destination)
+{
+    std::error_code error;
+    fs::rename(path, destination, error);
     if (error)
         throw cannotWrite(destination, error.message());
 }
@@ -57,11 +62,16 @@ std::uint64_t PartFile::size() const
     return error ? 0 : size;
 }
 
-void PartFile::complete(std::uint64_t bodySize) const
+void PartFile::cutTo(std::uint64_t bodySize) const
 {
     if (size() != 2 * bodySize)
         throw cannotWrite(path_, "another program changes it");
-    land(path_, destination_);
+    cut(path_, bodySize);
+}
+
+void PartFile::complete() const
+{
+    move(path_, destination_);
 }
 
 LandingDirectory::LandingDirectory(const std::string& destination)
@@ -83,7 +93,8 @@ fs::path LandingDirectory::complete() const
     if (file == fs::directory_iterator())
         throw cannotWrite(path_, "another program changes it");
     const fs::path destination = destination_ / file->path().filename();
-    land(file->path(), destination);
+    cut(file->path(), file->file_size() / 2);
+    move(file->path(), destination);
     return destination;
 }
 

@@ -25,8 +25,11 @@ public:
     /// How much is there of it.
     std::uint64_t size() const;
 
-    /// Cuts it to the body that the camera sent, and gives it its name.
-    void complete(std::uint64_t bodySize) const;
+    /// Cuts it to the body that the camera sent.
+    void cutTo(std::uint64_t bodySize) const;
+
+    /// Gives it its name.
+    void complete() const;
 
 private:
     std::string destination_;

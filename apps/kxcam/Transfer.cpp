@@ -40,41 +40,44 @@ public:
     Monitor& operator=(const Monitor&) = delete;
 
     std::uint64_t done() const { return done_; }
+    std::uint64_t total() const { return total_; }
 
 private:
     static int report(long /*userId*/, std::uint64_t done, std::uint64_t total, void* monitor) noexcept
     {
         auto& self = *static_cast<Monitor*>(monitor);
         self.done_ = done;
+        self.total_ = total;
         if (self.line_)
-            self.draw(total);
+            self.draw();
         return InterruptGuard::interrupted() ? 1 : 0;
     }
 
-    void draw(std::uint64_t total)
+    void draw()
     {
         const Clock::time_point now = Clock::now();
-        const bool last = total > 0 && done_ >= total;
+        const bool last = total_ > 0 && done_ >= total_;
         if (now - drawn_ < redraw && !last)
             return;
         drawn_ = now;
-        line_->show(last ? barOf(done_, total) + " " + sizeText(done_) + ", waiting for the camera"
-                         : underWay(total, std::chrono::duration<double>(now - begin_).count()));
+        line_->show(last ? barOf(done_, total_) + " " + sizeText(done_) + ", waiting for the camera"
+                         : underWay(std::chrono::duration<double>(now - begin_).count()));
     }
 
-    std::string underWay(std::uint64_t total, double seconds) const
+    std::string underWay(double seconds) const
     {
         const double rate = seconds > 0 ? static_cast<double>(done_) / seconds : 0;
         const std::string speed = ", " + sizeText(static_cast<std::uint64_t>(rate)) + "/s";
-        if (total == 0)
+        if (total_ == 0)
             return sizeText(done_) + speed;
         const std::string left =
-            rate > 0 ? ", " + durationText(static_cast<double>(total - done_) / rate) + " left" : "";
-        return barOf(done_, total) + " " + sizeText(done_) + " of " + sizeText(total) + speed + left;
+            rate > 0 ? ", " + durationText(static_cast<double>(total_ - done_) / rate) + " left" : "";
+        return barOf(done_, total_) + " " + sizeText(done_) + " of " + sizeText(total_) + speed + left;
     }
 
     std::optional<ProgressLine> line_;
     std::uint64_t done_ = 0;
+    std::uint64_t total_ = 0;
     Clock::time_point begin_ = Clock::now();
     Clock::time_point drawn_{};
 };
@@ -104,6 +107,7 @@ Transferred runTransfer(const std::function<int()>& call, bool json, const std::
         Monitor monitor(!json && console.isTerminal(), console);
         end.succeeded = call() == 0;
         end.bytes = monitor.done();
+        end.total = monitor.total();
     }
     if (!end.succeeded && InterruptGuard::interrupted())
         throw Interruption(whenStopped);

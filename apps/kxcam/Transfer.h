@@ -15,6 +15,7 @@ struct Transferred
     bool succeeded = false;
     bool hasCode = false;    // a failure has left a code of the SDK
     std::uint64_t bytes = 0; // of the file, those that were moved; of an export, of the answer
+    std::uint64_t total = 0; // bytes of the file in all; 0: not known
 };
 
 /// "12 bytes", "4.5 MB"

@@ -17,7 +17,8 @@ namespace
 constexpr char footer[] = R"(
 A file bears its name with '.part' behind it until it is whole; when the transfer fails or
 is stopped by Ctrl-C, what has come stays there. The library fills a fetched file up with
-zero bytes, to twice its size; kxcam cuts those off.
+zero bytes, to twice its size; kxcam cuts those off. Of a file of more than 10 MB only the
+beginning can be fetched.
 
 'export' leaves it to the camera how the file in DIRECTORY is named.
 
@@ -57,6 +58,13 @@ Failure failure(const Transferred& end, const std::string& what, const std::stri
                    "it to the account"};
 }
 
+/// The library ends an answer there, and calls that a success.
+bool isCut(const Transferred& end)
+{
+    constexpr std::uint64_t longest = 9'999'999 - 4096; // without the header, however long that is
+    return end.bytes >= longest && (end.total == 0 || end.total > end.bytes);
+}
+
 ExitCode fetch(const std::function<int(long userId, const char* path)>& call, const std::string& what,
                const Options& options, const CommandLine& line, Console& console)
 {
@@ -71,7 +79,12 @@ ExitCode fetch(const std::function<int(long userId, const char* path)>& call, co
             remark("what has come is in " + printable(part.path()));
         throw failure(end, task, part.path(), part.size() > 0);
     }
-    part.complete(end.bytes);
+    part.cutTo(end.bytes);
+    if (isCut(end))
+        throw Failure(ExitCode::Refused,
+                      task + " failed: the library takes 10 MB at most. The beginning is in " +
+                          printable(part.path()));
+    part.complete();
     report(options.path, end.bytes, line, console);
     return ExitCode::Ok;
 }
