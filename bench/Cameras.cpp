@@ -38,8 +38,9 @@ std::string loopbackAddress(std::size_t index)
 Cameras::Cameras(std::size_t count)
 {
     for (std::size_t i = 0; i < count; ++i) {
-        const auto& camera = cameras_.emplace_back(
-            std::make_unique<kxsim::SimCamera>(kxsim::CameraOptions{.address = loopbackAddress(i)}));
+        // A camera restarts when it has got a firmware; it is to be back for the next one.
+        const auto& camera = cameras_.emplace_back(std::make_unique<kxsim::SimCamera>(kxsim::CameraOptions{
+            .address = loopbackAddress(i), .restartTime = std::chrono::milliseconds(0)}));
         camera->onRequest([&camera = *camera](const kxsim::Request&) { camera.forgetRequests(); });
         endpoints_.push_back({camera->host(), camera->port()});
     }

@@ -1,6 +1,7 @@
 // kx_bench: times by Google Benchmark, with its options; or
 //   kx_bench --instructions COUNT   under callgrind, see countInstructions
 //   kx_bench --heap COUNT           see measureHeapGrowth
+//   kx_bench --upload-heap          see measureUploadHeap
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -26,6 +27,8 @@ int time(int argc, char** argv)
 
 int run(int argc, char** argv)
 {
+    if (argc == 2 && argv[1] == std::string_view("--upload-heap"))
+        return measureUploadHeap();
     const std::string_view mode = argc == 3 ? argv[1] : "";
     if (mode == "--heap")
         return measureHeapGrowth(static_cast<unsigned>(std::atoi(argv[2])));

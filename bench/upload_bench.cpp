@@ -1,54 +1,39 @@
 // Time to send a firmware of nine megabytes to a camera.
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
-#include <stdexcept>
 #include <string>
 
+#include <KxIpcSDK/KxSdk.h>
+#include <KxIpcSDK/KxStorage.h>
 #include <benchmark/benchmark.h>
 #include <curl/curl.h>
-#include <unistd.h>
 
 #include "Best.h"
 #include "Cameras.h"
-#include "NetManager/Upload.h"
+#include "Firmware.h"
 
 namespace
 {
 
-constexpr std::size_t firmwareSize = 9'000'000;
-
-/// A file of zeros, there until the end.
-class Firmware
-{
-public:
-    Firmware()
-    {
-        const int file = ::mkstemp(path_);
-        if (file < 0 || ::ftruncate(file, firmwareSize) != 0)
-            throw std::runtime_error("no room for a firmware");
-        ::close(file);
-    }
-    ~Firmware() { ::unlink(path_); }
-    Firmware(const Firmware&) = delete;
-    Firmware& operator=(const Firmware&) = delete;
-
-    const char* path() const { return path_; }
-
-private:
-    char path_[32] = "/tmp/kx_bench_XXXXXX";
-};
-
-std::string updateUrl()
+const Endpoint& theCamera()
 {
     static const Cameras cameras(1);
-    const Endpoint& camera = cameras.endpoints().front();
-    return "http://" + camera.host + ":" + std::to_string(camera.port) + "/update.cgi";
+    return cameras.endpoints().front();
+}
+
+long theSession()
+{
+    static const long id = [] {
+        Kx_Sdk_Init();
+        const Endpoint& camera = theCamera();
+        return Kx_Ipc_Login("bench", camera.host.c_str(), camera.port, "admin", "admin");
+    }();
+    return id;
 }
 
 bool uploadBySdk(const char* path)
 {
-    return UploadFile(updateUrl().c_str(), path, "admin", "admin") != 0;
+    return Kx_Ipc_UpdateFirmware(theSession(), path, 1) == 0;
 }
 
 std::size_t ignoreReply(char*, std::size_t size, std::size_t count, void*)
@@ -64,10 +49,12 @@ bool uploadByCurl(const char* path)
                                                                      curl_mime_free);
     const std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers(
         curl_slist_append(nullptr, "Expect:"), curl_slist_free_all);
+    const std::string url =
+        "http://" + theCamera().host + ":" + std::to_string(theCamera().port) + "/update.cgi";
     curl_mimepart* part = curl_mime_addpart(form.get());
     curl_mime_name(part, "file");
     curl_mime_filedata(part, path);
-    curl_easy_setopt(handle.get(), CURLOPT_URL, updateUrl().c_str());
+    curl_easy_setopt(handle.get(), CURLOPT_URL, url.c_str());
     curl_easy_setopt(handle.get(), CURLOPT_HTTPHEADER, headers.get());
     curl_easy_setopt(handle.get(), CURLOPT_MIMEPOST, form.get());
     curl_easy_setopt(handle.get(), CURLOPT_USERPWD, "admin:admin");
@@ -87,7 +74,7 @@ void upload(benchmark::State& state)
             break;
         }
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * firmwareSize));
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * Firmware::size));
 }
 
 BENCHMARK(upload<uploadBySdk>)->Name("upload/sdk")->UseRealTime()->ComputeStatistics("best", best);

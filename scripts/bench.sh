@@ -26,6 +26,8 @@ measure() {
         --benchmark_out="$results/times.csv" --benchmark_out_format=csv
     step "Sending $many requests, half a minute or so ..."
     "$bench" --heap "$many" >"$results/heap"
+    step "Sending a firmware ..."
+    "$bench" --upload-heap 2>>"$results/heap" >"$results/log"
 }
 
 # Everything measured, a fact a line: "NAME VALUE". Times are in nanoseconds.
@@ -108,6 +110,8 @@ table() {
             growth = fact("heap_growth")
             print ""
             line("Heap growth over " many " requests", growth " B", "", "", "", "0" (growth == 0 ? "  met" : "  MISSED"))
+            taken = fact("upload_heap")
+            line("Heap taken while 9 MB go up", taken " B", "", "", "", "< 2 MB" (taken < 2000000 ? "  met" : "  MISSED"))
         }' <(facts) <(rows)
 }
 

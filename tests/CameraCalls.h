@@ -33,6 +33,10 @@ struct Records
     AudioInfo audio{};
     AudioOptions audioOptions{};
     OsdInfo osd{};
+
+    SdCardInfo card{};
+    RecordInfo recording{};
+    char text[64]{};
 };
 
 struct NamedCall
@@ -45,6 +49,7 @@ struct NamedCall
     bool ignoresReply = false;                 // succeeds when the request went out and anything came back
     long errorWithoutReply = KX_ERROR_NETWORK; // when the camera closes the connection without a byte
     long errorWithoutOk = KX_ERROR_NONE;       // when something comes back, but not "OK"
+    bool transfers = false; // a file, with codes of its own, which the transfers' tests check
 };
 
 /// A call with a record.
@@ -73,6 +78,14 @@ inline NamedCall blind(NamedCall call)
 {
     call.ignoresReply = true;
     return call;
+}
+
+/// A transfer of a file.
+inline NamedCall transfer(const char* name, int (*call)(long, const char*), const char* path)
+{
+    return {.name = name,
+            .run = [=](long id, Records* r) { return call(id, r != nullptr ? path : nullptr); },
+            .transfers = true};
 }
 
 inline const std::vector<NamedCall> cameraCalls = {
@@ -166,4 +179,47 @@ inline const std::vector<NamedCall> cameraCalls = {
      [](long id, Records* r) { return Kx_Ipc_GetOSD_ForOldVer(id, r ? r->osd.streams : nullptr); }},
     blind({"SetOSD_ForOldVer",
            [](long id, Records* r) { return Kx_Ipc_SetOSD_ForOldVer(id, r ? r->osd.streams : nullptr); }}),
+
+    on(&Records::card, "GetSdCardInfo", Kx_Ipc_GetSdCardInfo),
+    blind(plain("UnMountSdCard", Kx_Ipc_UnMountSdCard)),
+    blind(plain("MountSdCard", Kx_Ipc_MountSdCard)),
+    blind(plain("FormatSdCard", Kx_Ipc_FormatSdCard)),
+    on(&Records::recording, "GetRecordConfig", Kx_Ipc_GetRecordConfig),
+    blind(on(&Records::recording, "SetRecordConfig", Kx_Ipc_SetRecordConfig)),
+    {"GetPlaybackPageCnt",
+     [](long id, Records* r) { return Kx_Ipc_GetPlaybackPageCnt(id, "from", r ? "to" : nullptr); }},
+    {"GetPlaybackFilename",
+     [](long id, Records* r) {
+         return Kx_Ipc_GetPlaybackFilename(id, 0, "from", "to", r ? r->text : nullptr, sizeof r->text);
+     }},
+    {"GetPlaybackFileInfo",
+     [](long id, Records* r) {
+         return Kx_Ipc_GetPlaybackFileInfo(id, "at", r ? r->text : nullptr, sizeof r->text);
+     }},
+    {"GetPlaybackHttpFileInfo",
+     [](long id, Records* r) {
+         return Kx_Ipc_GetPlaybackHttpFileInfo(id, "at", r ? r->text : nullptr, sizeof r->text);
+     }},
+    {"GetPlaybackTime",
+     [](long id, Records* r) { return Kx_Ipc_GetPlaybackTime(id, r ? r->text : nullptr, sizeof r->text); }},
+    blind(plain("StopPlayback", Kx_Ipc_StopPlayback)),
+    blind(plain("PausePlayback", Kx_Ipc_PausePlayback)),
+    blind(plain("ResumePlayback", Kx_Ipc_ResumePlayback)),
+    blind(
+        {"ChangePlaybackSpeed", [](long id, Records*) { return Kx_Ipc_ChangePlaybackSpeed(id, 4); }, false}),
+    transfer("UploadConfigFile", Kx_Ipc_UploadConfigFile, "/proc/version"), // goes up as an empty file
+    transfer("UploadOemConfigFile", Kx_Ipc_UploadOemConfigFile, "/proc/version"),
+    transfer("UploadFileToSdCard", Kx_Ipc_UploadFileToSdCard, "/proc/version"),
+    blind(plain("EraseOemConfig", Kx_Ipc_EraseOemConfig)),
+    {.name = "UpdateFirmware",
+     .run = [](long id, Records* r) { return Kx_Ipc_UpdateFirmware(id, r ? "/proc/version" : nullptr, 1); },
+     .transfers = true},
+    transfer("UpdateKernal", Kx_Ipc_UpdateKernal, "/proc/KImage_D-1"),
+    transfer("DownloadLog", Kx_Ipc_DownloadLog, "/dev/null"),
+    transfer("DownloadCfg", Kx_Ipc_DownloadCfg, "/dev/null"),
+    transfer("ExportCfg", Kx_Ipc_ExportCfg, "/proc"),
+    {.name = "DownloadCustom",
+     .run = [](long id,
+               Records* r) { return Kx_Ipc_DownloadCustom(id, "/dev/null", 0, r ? "file" : nullptr); },
+     .transfers = true},
 };

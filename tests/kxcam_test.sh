@@ -1,70 +1,8 @@
 #!/usr/bin/env bash
 # kxcam as its users meet it: what it says, its exit codes, and what reaches the camera. kxcam_test.sh BIN_DIR
 set -uo pipefail
-export LC_ALL=C.UTF-8
-export KXCAM_PASSWORD=pass-of-the-login
-bin=$1
-scratch=$(mktemp -d)
-simulators=()
-credentials=$(printf 'admin:%s' "$KXCAM_PASSWORD" | base64)
-trap 'kill "${simulators[@]}"; rm -rf "$scratch"' EXIT
-failures=0
-
-fail() {
-    failures=$((failures + 1))
-    printf 'FAILED: %s\n  %s\n' "$1" "$command"
-    sed 's/^/  | /' "$scratch/out" "$scratch/err"
-}
-# simulate NAME OPTIONS...: starts a camera; its port becomes $NAME, its log is $scratch/NAME
-simulate() {
-    : >"$scratch/$1"
-    "$bin/kxsim" --port 0 --password "$KXCAM_PASSWORD" "${@:2}" >"$scratch/$1" &
-    simulators+=($!)
-    until grep -q listening "$scratch/$1"; do
-        kill -0 $! || exit 1
-        sleep 0.01
-    done
-    declare -g "$1=$(sed -n '1s/.*://p' "$scratch/$1")"
-}
-# expect STATUS PATTERN COMMAND...: the exit code, and what the output holds, taken as one line with single blanks.
-# Never does it hold the password or a line of the library, and what is no result stands marked on standard error.
-expect() {
-    local status=0 out err said line
-    command="${*:3}"
-    "${@:3}" >"$scratch/out" 2>"$scratch/err" </dev/null || status=$?
-    read -rd '' -a out <"$scratch/out"
-    read -rd '' -a err <"$scratch/err"
-    said="${out[*]} ${err[*]}"
-    [ $status = "$1" ] || fail "exit code $status instead of $1"
-    [[ $said =~ $2 ]] || fail "does not say: $2"
-    [[ ! $said =~ $KXCAM_PASSWORD|====|KxLog ]] || fail "says too much"
-    while read -r line; do
-        [[ $line =~ ^(kxcam: |Run ) ]] || fail "does not mark this as a remark: $line"
-    done <"$scratch/err"
-}
-# The same, when the camera must not hear of it.
-expect_unsent() {
-    local before
-    before=$(wc -l <"$scratch/ti")
-    expect "$@"
-    [ "$before" = "$(wc -l <"$scratch/ti")" ] || fail "asked the camera"
-}
-kxcam() { "$bin/kxcam" --host 127.0.0.1 --port "$@"; }
-# tell PORT QUERY: a request that kxcam would not make
-tell() {
-    exec 9<>"/dev/tcp/127.0.0.1/$1" || return 1
-    printf 'GET /vb.htm?%s HTTP/1.1\r\nAuthorization: Basic %s\r\n\r\n' "$2" "$credentials" >&9
-    cat <&9 >/dev/null
-    exec 9>&-
-}
-# Whether the output is what kxcam calls JSON: one object of texts, numbers, truths and nulls, or of such objects.
-is_json() {
-    local value='("([^"\\[:cntrl:]]|\\["\\bfnrt]|\\u[0-9a-f]{4})*"|-?[0-9]+|true|false|null)' key='"[a-z0-9_]+": '
-    local flat="\{( +$key$value,)* +$key$value *\}"
-    [[ $(tr -d '\n' <"$scratch/out") =~ ^($flat|\{("  "$key($flat|null),)*"  "$key($flat|null)\})$ ]]
-}
-# piped LINE PORT ARGUMENTS...: kxcam with a line to read
-piped() { printf '%s\n' "$1" | kxcam "${@:2}"; }
+# shellcheck source=tests/kxcam_helpers.sh
+. "$(dirname "$0")/kxcam_helpers.sh"
 
 ti='' page='' # ports
 simulate ti
@@ -224,7 +162,7 @@ expect_unsent 2 'not of the form key=value' kxcam "$ti" set ftp ftpip
 expect_unsent 2 'add subrtspport=…: every set of ports writes it' kxcam "$ti" set ports httpport=81
 expect_unsent 2 "no area 'siren'\. Areas: network, wifi," kxcam "$ti" get siren
 expect_unsent 2 "--bogus.* Run 'kxcam get --help'" kxcam "$ti" get ftp --bogus
-expect_unsent 2 'Give one of: discover get set test-smtp info capabilities reboot reset update users .*kxcam --help' \
+expect_unsent 2 'Give one of: discover get set test-smtp info capabilities reboot reset update users card recordings upload download .*kxcam --help' \
     kxcam "$ti"
 expect_unsent 2 'Give one of: list add delete password type .*kxcam users --help' kxcam "$ti" users
 expect_unsent 2 'Give its address with --host' "$bin/kxcam" get ftp
@@ -316,26 +254,6 @@ expect 1 'names none\. Check that --host and --port' "$bin/kxcam" --host 127.0.0
 
 # On a terminal, what is needed is asked for, and no password shows.
 cam="'$bin/kxcam' --host 127.0.0.1 --port $ti"
-# at_terminal STATUS COMMAND SAYS [PROMPT ANSWER]...: a command on a terminal, and what it says in the end
-at_terminal() {
-    local status=0 expected=$1 says=$3 terminal
-    command="$2 (on a terminal)"
-    [ -p "$scratch/keys" ] || mkfifo "$scratch/keys"
-    script -qec "$2" /dev/null <"$scratch/keys" >"$scratch/out" &
-    terminal=$!
-    exec 8>"$scratch/keys"
-    shift 3
-    while [ $# -gt 0 ]; do
-        until grep -q "$1" "$scratch/out" || ! kill -0 $terminal; do sleep 0.01; done
-        echo "$2" >&8
-        shift 2
-    done
-    wait $terminal || status=$?
-    exec 8>&-
-    [ $status = "$expected" ] || fail "exit code $status instead of $expected"
-    grep -q "$says" "$scratch/out" || fail "does not say: $says"
-    ! grep -q -e "$KXCAM_PASSWORD" -e n3w "$scratch/out" || fail 'shows a password'
-}
 ask_on_a_terminal() {
     at_terminal 0 "env -u KXCAM_PASSWORD $cam get smtp" 'mail server' 'Password of admin at' "$KXCAM_PASSWORD"
     at_terminal 2 "$cam users delete eve" 'nothing was done' 'lose its user .eve.' y

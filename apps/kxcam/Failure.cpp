@@ -84,4 +84,11 @@ Failure sdkFailure(const std::string& what)
     return {row.code, what + " failed: " + row.reason + number + ". " + row.advice};
 }
 
+Failure sdkFailure(const std::string& what, const std::string& withoutCode)
+{
+    if (Kx_Sdk_GetLastError() != KX_ERROR_NONE)
+        return sdkFailure(what);
+    return {ExitCode::Refused, what + " failed: " + withoutCode};
+}
+
 } // namespace kxcam

@@ -36,4 +36,7 @@ private:
 /// …".
 Failure sdkFailure(const std::string& what);
 
+/// The same for a call that leaves no code when it is the camera's answer that fails it.
+Failure sdkFailure(const std::string& what, const std::string& withoutCode);
+
 } // namespace kxcam

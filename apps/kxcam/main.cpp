@@ -1,6 +1,7 @@
 // kxcam: a command-line console for network cameras, made of the public calls of KxIpcSDK.
 #include <exception>
 
+#include "Interruption.h"
 #include "verbs/CommandLine.h"
 
 namespace
@@ -28,6 +29,10 @@ int main(int argc, char** argv)
 {
     try {
         return static_cast<int>(run(argc, argv));
+    } catch (const Interruption& interruption) {
+        remark(interruption.what());
+        Interruption::endBySignal();
+        return static_cast<int>(interruption.code());
     } catch (const Failure& failure) {
         remark(failure.what());
         return static_cast<int>(failure.code());

@@ -46,6 +46,11 @@ Examples:
   kxsim --count 3                           cameras on 127.0.0.1, 127.0.0.2 and 127.0.0.3
   kxsim --fault slow                        a camera whose replies come piece by piece
   kxsim --fault status --fault-status 503   a camera that answers each request with an error
+  kxsim --fault silent-after --fault-for update.cgi
+                                            a camera that takes a firmware and never says a word
+  kxsim --fault cut-short --fault-bytes 9000 --fault-for dw=
+                                            a camera whose downloads break off
+  kxsim --fault mismatch                    a camera that refuses files as damaged
   kxsim --address 192.168.1.9 --discovery 192.168.1.9 --name "Front Door"
                                             a camera that the network of that interface can find
 
@@ -59,8 +64,8 @@ Press Ctrl+C to stop.
 struct Arguments
 {
     kxsim::CameraOptions camera;
-    std::string fault;
-    int faultStatus = 500;
+    std::string fault; // a name of the above
+    kxsim::Fault order;
     unsigned count = 1;
 };
 
@@ -80,8 +85,13 @@ void describe(CLI::App& app, Arguments& arguments)
            "Milliseconds that it is out of reach after a restart or a reset")
         ->default_str(std::to_string(camera.restartTime.count()));
     app.add_option("--fault", arguments.fault, "How it misbehaves")->check(CLI::IsMember(faultsByName));
-    app.add_option("--fault-status", arguments.faultStatus, "HTTP status of the fault 'status'")
+    app.add_option("--fault-status", arguments.order.status, "HTTP status of the fault 'status'")
         ->check(CLI::Range(100, 599));
+    app.add_option("--fault-bytes", arguments.order.bytes,
+                   "Bytes of a piece ('slow') or of the whole reply ('cut-short')");
+    app.add_option("--fault-for", arguments.order.onlyFor,
+                   "Misbehaves towards requests whose target holds this text only");
+    app.add_option("--fault-count", arguments.order.count, "How many requests it hits; 0: all");
     app.add_option("--count", arguments.count, "How many cameras, on consecutive addresses")
         ->check(CLI::Range(1, 500));
     CLI::Option* discovery = app.add_option("--discovery", camera.discovery.interfaceAddress,
@@ -124,6 +134,13 @@ kxsim::CameraOptions optionsOf(const Arguments& arguments, unsigned index)
     return options;
 }
 
+kxsim::Fault faultOf(const Arguments& arguments)
+{
+    kxsim::Fault fault = arguments.order;
+    fault.kind = faultsByName.at(arguments.fault);
+    return fault;
+}
+
 // What has been printed is forgotten; kept, it would fill the memory some day.
 void printWhatComes(kxsim::SimCamera& camera)
 {
@@ -147,7 +164,7 @@ std::unique_ptr<kxsim::SimCamera> startCamera(const Arguments& arguments, unsign
     try {
         auto camera = std::make_unique<kxsim::SimCamera>(options);
         if (!arguments.fault.empty())
-            camera->setFault({.kind = faultsByName.at(arguments.fault), .status = arguments.faultStatus});
+            camera->setFault(faultOf(arguments));
         printWhatComes(*camera);
         print(options.model + " listening on http://" + placeOf(*camera));
         return camera;

@@ -13,6 +13,7 @@
 #include "Device.h"
 
 #include "HttpText.h"
+#include "areas/Card.h"
 #include "areas/Users.h"
 
 #include <cstdio>
@@ -102,8 +103,9 @@ Device::Answer notFound()
 
 Device::Device(const CameraOptions& options) : lineEnd_(options.lineEnd), chip_(chipOf(options.model))
 {
-    for (const Area* area : {&systemArea, &usersArea, &clockArea, &updateArea, &capabilitiesArea,
-                             &networkArea, &videoArea, &audioArea, &osdArea, &transferArea})
+    for (const Area* area :
+         {&systemArea, &usersArea, &clockArea, &updateArea, &capabilitiesArea, &networkArea, &videoArea,
+          &audioArea, &osdArea, &transferArea, &storageArea, &recordingsArea})
         add(*area);
     settings_.put("productmodel", options.model);
     setOwnUser(settings_, options.user, options.password);
@@ -140,6 +142,10 @@ void Device::add(const Area& area)
         commands_.emplace(command.word, &command);
     for (const Inquiry& inquiry : area.inquiries)
         inquiries_.emplace(inquiry.word, &inquiry);
+    for (const FileInquiry& inquiry : area.fileInquiries)
+        fileInquiries_.emplace(inquiry.word, &inquiry);
+    if (area.refresh != nullptr)
+        refreshers_.push_back(area.refresh);
     for (const Action& action : area.actions)
         actions_.push_back(&action);
     for (const Upload& upload : area.uploads)
@@ -158,6 +164,8 @@ bool Device::admits(std::string_view authorization) const
 
 Device::Answer Device::answer(std::string_view target)
 {
+    for (const auto refresh : refreshers_)
+        refresh(settings_, files_);
     const auto [path, query] = splitAt(target, '?');
     for (const Download* download : downloads_)
         if (target.starts_with(download->target))
@@ -201,6 +209,8 @@ std::optional<std::string> Device::answerPiece(std::string_view page, std::strin
     const std::string_view key = withoutTabs(name);
     if (const auto inquiry = inquiries_.find(key); inquiry != inquiries_.end())
         return inquiry->second->line(settings_, percentDecoded(value));
+    if (const auto inquiry = fileInquiries_.find(key); inquiry != fileInquiries_.end())
+        return inquiry->second->line(settings_, files_, percentDecoded(value));
     if (name.size() == piece.size())
         return run(key);
     if (key == "paratest")
@@ -248,7 +258,10 @@ Device::Answer Device::answerUpload(std::string_view target, const std::optional
             continue;
         if (!file)
             return {400, statusText(400)};
-        files_.insert_or_assign(completed(upload->place, file->name), file->content);
+        const std::string path = completed(upload->place, file->name);
+        if (!isWithinReach(settings_, path))
+            return notFound();
+        files_.insert_or_assign(path, file->content);
         if (upload->content == Content::Configuration)
             configure(file->content);
         else if (upload->content == Content::Firmware)
@@ -265,7 +278,8 @@ Device::Answer Device::handOut(const Download& download, std::string_view name) 
     if (download.content == Content::Configuration)
         return {200, configuration(), fileName};
     const auto file = files_.find(path);
-    return file != files_.end() ? Answer{200, file->second, fileName} : notFound();
+    return file != files_.end() && isWithinReach(settings_, path) ? Answer{200, file->second, fileName}
+                                                                  : notFound();
 }
 
 std::string Device::configuration() const
@@ -288,12 +302,16 @@ void Device::configure(std::string_view configuration)
     }
 }
 
-void Device::install(std::string_view firmware)
+// What is installed survives a reset, and may bring one about.
+void Device::install(std::string_view image)
 {
-    constexpr std::string_view opening = "firmware ";
-    if (firmware.starts_with(opening))
-        settings_.put("softversion", splitAt(firmware.substr(opening.size()), '\n').first);
-    apply(Effect::Restart);
+    constexpr std::pair<std::string_view, std::string_view> parts[] = {{"firmware ", "softversion"},
+                                                                       {"kernel ", "kernalversion"}};
+    apply(settings_.text("keepconfig") == "1" ? Effect::Reset : Effect::Restart);
+    for (const auto& [opening, key] : parts)
+        if (image.starts_with(opening))
+            for (Settings* settings : {&settings_, &factory_})
+                settings->put(key, splitAt(image.substr(opening.size()), '\n').first);
 }
 
 void Device::apply(Effect effect)

@@ -41,7 +41,7 @@ public:
     Answer answerUpload(std::string_view target, const std::optional<UploadedFile>& file);
 
     Settings& settings() { return settings_; }
-    std::map<std::string, std::string, std::less<>>& files() { return files_; }
+    Files& files() { return files_; }
 
 private:
     void add(const Area& area);
@@ -61,7 +61,7 @@ private:
     Answer handOut(const Download& download, std::string_view name) const;
     std::string configuration() const;
     void configure(std::string_view configuration);
-    void install(std::string_view firmware);
+    void install(std::string_view image);
 
     std::string lineEnd_;
     Chip chip_;
@@ -78,7 +78,9 @@ private:
     std::vector<const Action*> actions_;
     std::vector<const Upload*> uploads_;
     std::vector<const Download*> downloads_;
-    std::map<std::string, std::string, std::less<>> files_; ///< by path
+    std::map<std::string_view, const FileInquiry*> fileInquiries_;
+    std::vector<void (*)(Settings&, const Files&)> refreshers_;
+    Files files_;
 };
 
 } // namespace kxsim

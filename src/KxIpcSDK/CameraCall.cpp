@@ -42,12 +42,12 @@ void CameraCall::requireUnlocked()
     ready_ = false;
 }
 
-bool CameraCall::fetch(const char* query, char* room, int size)
+bool CameraCall::fetch(const char* query, char* room, int size, RequestFunction send)
 {
     if (!ready_ || size < 1)
         return false;
     std::memset(room, 0, static_cast<std::size_t>(size));
-    return settingsRequest(&session_, query, room, size) == 0;
+    return send(&session_, query, room, size) == 0;
 }
 
 std::optional<ChipFamily> CameraCall::chipFamily()

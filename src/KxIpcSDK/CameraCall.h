@@ -3,6 +3,7 @@
 
 #include <initializer_list>
 #include <optional>
+#include <type_traits>
 
 #include "Core/UserInfo.h"
 #include "KxIpcSDK/ChipFamily.h"
@@ -17,6 +18,12 @@ int settingsRequest(UserInfo* session, const char* query, char* reply, int reply
 
 /// DoRequest to its administrative handler, "/cgi-bin/admin/admin.cgi", for queries "action=…".
 int adminRequest(UserInfo* session, const char* query, char* reply, int replySize);
+
+/// A text that must not be empty, for the checks of a call: an empty one counts as missing.
+inline const char* unlessEmpty(const char* text)
+{
+    return text != nullptr && text[0] != '\0' ? text : nullptr;
+}
 
 /// One call of the application for one camera. False when a check failed; the last error is then set as the check
 /// demands, and every verb fails without a request.
@@ -44,14 +51,23 @@ public:
         return reply;
     }
 
-    /// Receives the raw reply into a room of the application's, zeroed first; false when the request failed.
-    bool fetch(const char* query, char* room, int size);
+    /// Receives the raw reply into a room of the caller's, zeroed first; false when the request failed.
+    bool fetch(const char* query, char* room, int size, RequestFunction send = settingsRequest);
 
     /// Sends a query whose reply does not matter; 0 or -1.
     template <typename AnyReply = OkReply>
     int set(const Query& query, RequestFunction send = settingsRequest)
     {
         return get<AnyReply>(query, send).received() ? 0 : -1;
+    }
+
+    /// Runs a file transfer of the transport (FileTransfer.h); 0 or -1.
+    template <typename... More>
+    int transfer(int (*run)(UserInfo*, const char*, char*, int, More...), const char* localPath,
+                 std::type_identity_t<More>... more)
+    {
+        char reply[1024]; // must be there
+        return ready_ ? run(&session_, localPath, reply, int{sizeof reply}, more...) : -1;
     }
 
     /// Asks the camera for its model; nothing when it does not answer.

@@ -7,6 +7,7 @@
 #include <KxIpcSDK/KxNetwork.h>
 #include <KxIpcSDK/KxOsd.h>
 #include <KxIpcSDK/KxSearch.h>
+#include <KxIpcSDK/KxStorage.h>
 #include <KxIpcSDK/KxSystem.h>
 #include <KxIpcSDK/KxUsers.h>
 #include <KxIpcSDK/KxVideo.h>
@@ -233,3 +234,17 @@ FIELD(OsdStreamInfo, osdfontsize, 102, 1);
 
 RECORD(OsdInfo, 309);
 FIELD(OsdInfo, streams, 0, 309);
+
+RECORD(SdCardInfo, 24);
+FIELD(SdCardInfo, sdinsert, 0, 1);
+FIELD(SdCardInfo, sdtotalsize, 8, 8);
+FIELD(SdCardInfo, sdfreesize, 16, 8);
+
+RECORD(RecordInfo, 28);
+FIELD(RecordInfo, recordstoragetype, 0, 4);
+FIELD(RecordInfo, sdfilemaxsize, 4, 4);
+FIELD(RecordInfo, recordframetype, 8, 4);
+FIELD(RecordInfo, nasfilemaxsize, 12, 4);
+FIELD(RecordInfo, nasrecordframetype, 16, 4);
+FIELD(RecordInfo, deletesdoldfile, 20, 4);
+FIELD(RecordInfo, msfsprerecordtime, 24, 4);

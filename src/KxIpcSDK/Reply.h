@@ -1,6 +1,7 @@
 // A camera's reply to a get, and the verbs that read it.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
@@ -56,6 +57,12 @@ public:
     {
         static_assert(Longest < FieldSize);
         return Style::find(raw_, key, field, Longest + 1);
+    }
+
+    /// The same for a room of the application's, of at least one byte.
+    bool text(const char* key, char* room, std::size_t roomSize) const
+    {
+        return Style::find(raw_, key, room, std::min(roomSize, Size));
     }
 
     /// Reads a decimal number into a field of any integer type, keeping the bits that fit. A key that is absent

@@ -73,6 +73,10 @@ std::optional<ExitCode> parse(int argc, char** argv, CommandLine& line, Console&
     addReset(app, line);
     addUpdate(app, line);
     addUsers(app, line);
+    addCard(app, line);
+    addRecordings(app, line);
+    addUpload(app, line);
+    addDownload(app, line);
     try {
         app.parse(argc, argv);
         return std::nullopt;

@@ -38,5 +38,9 @@ void addReboot(CLI::App& app, CommandLine& line);
 void addReset(CLI::App& app, CommandLine& line);
 void addUpdate(CLI::App& app, CommandLine& line);
 void addUsers(CLI::App& app, CommandLine& line);
+void addCard(CLI::App& app, CommandLine& line);
+void addRecordings(CLI::App& app, CommandLine& line);
+void addUpload(CLI::App& app, CommandLine& line);
+void addDownload(CLI::App& app, CommandLine& line);
 
 } // namespace kxcam

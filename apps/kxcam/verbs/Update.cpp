@@ -2,6 +2,7 @@
 #include <chrono>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <thread>
 
 #include <CLI/CLI.hpp>
@@ -11,6 +12,7 @@
 
 #include "Carriable.h"
 #include "Json.h"
+#include "Progress.h"
 #include "verbs/CommandLine.h"
 
 namespace kxcam
@@ -78,22 +80,17 @@ ExitCode start(const Options& options, const CommandLine& line, Console& console
 class Display
 {
 public:
-    Display(bool json, Console& console) : json_(json), bar_(!json && console.isTerminal()), console_(console)
+    Display(bool json, Console& console) : json_(json), console_(console)
     {
+        if (!json && console.isTerminal())
+            line_.emplace(console);
     }
-    ~Display()
-    {
-        if (bar_)
-            console_.printNow("\n"); // a remark may follow
-    }
-    Display(const Display&) = delete;
-    Display& operator=(const Display&) = delete;
 
     void show(int progress)
     {
         const std::string percent = std::to_string(progress) + " %";
-        if (bar_)
-            console_.printNow("\r" + barOf(progress) + " " + percent);
+        if (line_)
+            line_->show(barOf(static_cast<unsigned>(progress), done) + " " + percent);
         else if (!json_)
             console_.printNow(percent + "\n");
         else if (progress == done)
@@ -101,16 +98,9 @@ public:
     }
 
 private:
-    static std::string barOf(int progress)
-    {
-        constexpr std::size_t width = 40;
-        const auto full = static_cast<std::size_t>(progress) * width / done;
-        return "[" + std::string(full, '#') + std::string(width - full, '-') + "]";
-    }
-
     bool json_;
-    bool bar_;
     Console& console_;
+    std::optional<ProgressLine> line_;
 };
 
 /// The SDK gives error codes and progress in the same place. Progress never falls.

@@ -1,19 +1,15 @@
 // kxcam users list|add|delete|password|type: manages the camera's user accounts.
 //
 // What a camera says to a change is believed only when its list of users shows it.
-#include <memory>
-
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
-#include <KxIpcSDK/KxSdk.h>
 #include <KxIpcSDK/KxUsers.h>
 
 #include "Accounts.h"
 #include "Json.h"
 #include "SecretInput.h"
 #include "Terminal.h"
-#include "verbs/CommandLine.h"
+#include "verbs/Subverbs.h"
 
 namespace kxcam
 {
@@ -50,12 +46,9 @@ std::string quoted(const std::string& name)
 /// What a failed change says; a camera that does not confirm it leaves no code.
 void requireDone(int result, const std::string& what)
 {
-    if (result == 0)
-        return;
-    if (Kx_Sdk_GetLastError() != KX_ERROR_NONE)
-        throw sdkFailure(what);
-    throw Failure(ExitCode::Refused, what + " failed: the camera did not confirm it. It may have rules for "
-                                            "names, passwords and authorities, or users that always stay.");
+    if (result != 0)
+        throw sdkFailure(what, "the camera did not confirm it. It may have rules for names, passwords and "
+                               "authorities, or users that always stay.");
 }
 
 const User& requireUser(const std::vector<User>& users, const std::string& name, const Target& target)
@@ -218,49 +211,24 @@ ExitCode changePassword(const Options& options, const CommandLine& line, Console
     return code;
 }
 
-using Work = ExitCode (*)(const Options& options, const CommandLine& line, Console& console);
-
-struct Parser
-{
-    CLI::App* users;
-    std::shared_ptr<Options> options;
-    CommandLine& line;
-
-    CLI::App* add(const char* name, const char* help, Work work) const
-    {
-        CLI::App* verb = users->add_subcommand(name, help);
-        verb->callback([options = options, &line = line, work] {
-            line.verb = [options, &line, work](Console& console) { return work(*options, line, console); };
-        });
-        return verb;
-    }
-
-    CLI::App* addNamed(const char* name, const char* help, Work work) const
-    {
-        CLI::App* verb = add(name, help, work);
-        verb->add_option("NAME", options->name, "The user")->type_name("")->required();
-        return verb;
-    }
-};
-
 } // namespace
 
 void addUsers(CLI::App& app, CommandLine& line)
 {
-    const Parser parser{app.add_subcommand("users", "List, add, delete and change user accounts"),
-                        std::make_shared<Options>(), line};
-    parser.users->footer(footer); // of its verbs, too
-    parser.users->require_subcommand(1);
-    Options& options = *parser.options;
-    parser.add("list", "Show the users, their authorities and privileges", list);
-    parser.addNamed("add", "Add a user", add)
-        ->add_option("--authority", options.authority, "The user's authority")
+    const Subverbs<Options> verbs(app, line, "users", "List, add, delete and change user accounts", footer);
+    Options& options = verbs.options();
+    const auto addNamed = [&](const char* name, const char* help, auto work) -> CLI::App& {
+        return verbs.add(name, help, work, "NAME", options.name, "The user");
+    };
+    verbs.add("list", "Show the users, their authorities and privileges", list);
+    addNamed("add", "Add a user", add)
+        .add_option("--authority", options.authority, "The user's authority")
         ->type_name("N")
         ->check(CLI::Range(0, 255).description(""))
         ->capture_default_str();
-    parser.addNamed("delete", "Delete a user", remove)->add_flag("--yes", options.yes, "Do not ask");
-    parser.addNamed("password", "Give a user a new password", changePassword);
-    parser.addNamed("type", "Show a user's authority", type);
+    addNamed("delete", "Delete a user", remove).add_flag("--yes", options.yes, "Do not ask");
+    addNamed("password", "Give a user a new password", changePassword);
+    addNamed("type", "Show a user's authority", type);
 }
 
 } // namespace kxcam

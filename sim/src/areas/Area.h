@@ -99,6 +99,16 @@ struct Inquiry
     std::optional<std::string> (*line)(Settings& settings, const std::string& value);
 };
 
+/// The camera's files, by path.
+using Files = std::map<std::string, std::string, std::less<>>;
+
+/// The same for what concerns the camera's files.
+struct FileInquiry
+{
+    std::string_view word;
+    std::optional<std::string> (*line)(Settings& settings, Files& files, const std::string& value);
+};
+
 /// A query's pieces "key=value", decoded.
 using Parameters = std::map<std::string, std::string, std::less<>>;
 
@@ -113,13 +123,14 @@ struct Action
 
 constexpr std::string_view settingsPath = "/vb.htm";
 constexpr std::string_view adminPath = "/cgi-bin/admin/admin.cgi";
+constexpr std::string_view oemConfiguration = "/etc/oem.ini";
 
 /// What a file means to the camera.
 enum class Content
 {
     Plain,
     Configuration, ///< the camera's settings, under the heading "[param]"
-    Firmware       ///< installed; the version follows from a first line "firmware VERSION"
+    Firmware       ///< installed; a first line "firmware VERSION" or "kernel VERSION" tells the version
 };
 
 /// A target that takes a file.
@@ -157,6 +168,9 @@ struct Area
     std::span<const Upload> uploads = {};
     std::span<const Download> downloads = {};
     std::span<const StoredFile> files = {};
+    std::span<const FileInquiry> fileInquiries = {};
+    /// Brings settings up to date that follow from others, before each request.
+    void (*refresh)(Settings& settings, const Files& files) = nullptr;
 };
 
 /// A key as a template's argument: keepAs<"wifissid">.
@@ -183,6 +197,8 @@ extern const Area capabilitiesArea;
 extern const Area clockArea;
 extern const Area networkArea;
 extern const Area osdArea;
+extern const Area recordingsArea;
+extern const Area storageArea;
 extern const Area systemArea;
 extern const Area updateArea;
 extern const Area transferArea;

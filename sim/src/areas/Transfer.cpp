@@ -9,7 +9,6 @@ namespace
 {
 
 constexpr std::string_view configuration = "/etc/config.ini";
-constexpr std::string_view oemConfiguration = "/etc/oem.ini";
 
 constexpr std::array uploads{
     Upload{"/update.cgi", "/tmp/firmware.bin", Content::Firmware},
