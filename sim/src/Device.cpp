@@ -102,8 +102,9 @@ Device::Answer notFound()
 
 Device::Device(const CameraOptions& options) : lineEnd_(options.lineEnd), chip_(chipOf(options.model))
 {
-    for (const Area* area : {&systemArea, &usersArea, &clockArea, &updateArea, &capabilitiesArea,
-                             &networkArea, &videoArea, &audioArea, &osdArea, &transferArea})
+    for (const Area* area :
+         {&systemArea, &usersArea, &clockArea, &updateArea, &capabilitiesArea, &networkArea, &videoArea,
+          &audioArea, &osdArea, &transferArea, &ptzArea, &trackingArea})
         add(*area);
     settings_.put("productmodel", options.model);
     setOwnUser(settings_, options.user, options.password);
