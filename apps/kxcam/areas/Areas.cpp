@@ -9,13 +9,14 @@ namespace kxcam
 extern const Area networkArea, wifiArea, ddnsArea, smtpArea, ftpArea, upnpArea, portsArea;
 extern const Area clockArea, systemArea;
 extern const Area videoArea, audioArea, osdArea;
+extern const Area ptzPortArea, trackingArea;
 
 namespace
 {
 
 constexpr const Area* areas[] = {
-    &networkArea, &wifiArea,  &ddnsArea,   &smtpArea,  &ftpArea,   &upnpArea,
-    &portsArea,   &clockArea, &systemArea, &videoArea, &audioArea, &osdArea,
+    &networkArea, &wifiArea,   &ddnsArea,  &smtpArea,  &ftpArea, &upnpArea,    &portsArea,
+    &clockArea,   &systemArea, &videoArea, &audioArea, &osdArea, &ptzPortArea, &trackingArea,
 };
 
 } // namespace

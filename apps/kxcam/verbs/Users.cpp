@@ -1,8 +1,6 @@
 // kxcam users list|add|delete|password|type: manages the camera's user accounts.
 //
 // What a camera says to a change is believed only when its list of users shows it.
-#include <memory>
-
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
@@ -13,7 +11,7 @@
 #include "Json.h"
 #include "SecretInput.h"
 #include "Terminal.h"
-#include "verbs/CommandLine.h"
+#include "verbs/VerbGroup.h"
 
 namespace kxcam
 {
@@ -218,49 +216,31 @@ ExitCode changePassword(const Options& options, const CommandLine& line, Console
     return code;
 }
 
-using Work = ExitCode (*)(const Options& options, const CommandLine& line, Console& console);
+using Users = VerbGroup<Options>;
 
-struct Parser
+CLI::App* addNamed(const Users& users, const char* name, const char* help, Users::Work work)
 {
-    CLI::App* users;
-    std::shared_ptr<Options> options;
-    CommandLine& line;
-
-    CLI::App* add(const char* name, const char* help, Work work) const
-    {
-        CLI::App* verb = users->add_subcommand(name, help);
-        verb->callback([options = options, &line = line, work] {
-            line.verb = [options, &line, work](Console& console) { return work(*options, line, console); };
-        });
-        return verb;
-    }
-
-    CLI::App* addNamed(const char* name, const char* help, Work work) const
-    {
-        CLI::App* verb = add(name, help, work);
-        verb->add_option("NAME", options->name, "The user")->type_name("")->required();
-        return verb;
-    }
-};
+    CLI::App* verb = users.add(name, help, work);
+    verb->add_option("NAME", users.options->name, "The user")->type_name("")->required();
+    return verb;
+}
 
 } // namespace
 
 void addUsers(CLI::App& app, CommandLine& line)
 {
-    const Parser parser{app.add_subcommand("users", "List, add, delete and change user accounts"),
-                        std::make_shared<Options>(), line};
-    parser.users->footer(footer); // of its verbs, too
-    parser.users->require_subcommand(1);
-    Options& options = *parser.options;
-    parser.add("list", "Show the users, their authorities and privileges", list);
-    parser.addNamed("add", "Add a user", add)
+    const Users users(app, "users", "List, add, delete and change user accounts", line);
+    users.app->footer(footer); // of its verbs, too
+    Options& options = *users.options;
+    users.add("list", "Show the users, their authorities and privileges", list);
+    addNamed(users, "add", "Add a user", add)
         ->add_option("--authority", options.authority, "The user's authority")
         ->type_name("N")
         ->check(CLI::Range(0, 255).description(""))
         ->capture_default_str();
-    parser.addNamed("delete", "Delete a user", remove)->add_flag("--yes", options.yes, "Do not ask");
-    parser.addNamed("password", "Give a user a new password", changePassword);
-    parser.addNamed("type", "Show a user's authority", type);
+    addNamed(users, "delete", "Delete a user", remove)->add_flag("--yes", options.yes, "Do not ask");
+    addNamed(users, "password", "Give a user a new password", changePassword);
+    addNamed(users, "type", "Show a user's authority", type);
 }
 
 } // namespace kxcam
