@@ -1,6 +1,7 @@
 // Every exported call that asks a camera, as data, for tests of what all of them have in common.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <vector>
 
@@ -37,6 +38,14 @@ struct Records
     SdCardInfo card{};
     RecordInfo recording{};
     char text[64]{};
+    PtzInfo ptzPort{};
+    int ptzNumber = 0;
+    PtzAutoTrackInfo tracking{};
+    alignas(AutoTrackPointInfo) std::byte
+        trackPoints[sizeof(AutoTrackPointInfo) + KX_MOST_TRACK_POINTS * sizeof(TrackPoint)]{};
+    float region[5]{};
+    WhiteLedParam whiteLed{};
+    PtzRunStatus runStatus{};
 };
 
 struct NamedCall
@@ -222,4 +231,31 @@ inline const std::vector<NamedCall> cameraCalls = {
      .run = [](long id,
                Records* r) { return Kx_Ipc_DownloadCustom(id, "/dev/null", 0, r ? "file" : nullptr); },
      .transfers = true},
+    blind({"PTZControl",
+           [](long id, Records* r) {
+               return Kx_Ipc_PTZControl(id, KX_PTZ_SET_PRESET, 1, r ? "gate" : nullptr, 0, 0, -1);
+           }}),
+    on(&Records::ptzPort, "GetPTZ", Kx_Ipc_GetPTZ),
+    blind(on(&Records::ptzPort, "SetPTZ", Kx_Ipc_SetPTZ)),
+    blind(on(&Records::ptzNumber, "GetPTZZoom", Kx_Ipc_GetPTZZoom)),
+    blind({"SetPTZZoom", [](long id, Records*) { return Kx_Ipc_SetPTZZoom(id, 1); }, false}),
+    blind(on(&Records::ptzNumber, "GetPTZLightStatus", Kx_Ipc_GetPTZLightStatus)),
+    blind(on(&Records::ptzNumber, "GetWhiteLEDStatus", Kx_Ipc_GetWhiteLEDStatus)),
+    {"SetWhiteLEDStatus", [](long id, Records*) { return Kx_Ipc_SetWhiteLEDStatus(id, 1); }, false},
+    on(&Records::whiteLed, "GetWhiteLEDParamStatus", Kx_Ipc_GetWhiteLEDParamStatus),
+    on(&Records::tracking, "GetPTZAutoTrack", Kx_Ipc_GetPTZAutoTrack),
+    blind(on(&Records::tracking, "SetPTZAutoTrack", Kx_Ipc_SetPTZAutoTrack)),
+    {"GetAutoTrackPoint",
+     [](long id, Records* r) {
+         return Kx_Ipc_GetAutoTrackPoint(id,
+                                         r ? reinterpret_cast<AutoTrackPointInfo*>(r->trackPoints) : nullptr);
+     }},
+    blind(
+        {"SetManualAutoTrack", [](long id, Records*) { return Kx_Ipc_SetManualAutoTrack(id, 1, 0); }, false}),
+    blind({"SetManualTrackPoint",
+           [](long id, Records* r) { return Kx_Ipc_SetManualTrackPoint(id, r ? r->region : nullptr); }}),
+    blind(on(&Records::ptzNumber, "GetCameraLens", Kx_Ipc_GetCameraLens)),
+    blind(on(&Records::ptzNumber, "GetDigitposzmState", Kx_Ipc_GetDigitposzmState)),
+    blind(on(&Records::ptzNumber, "GetZoomNumber", Kx_Ipc_GetZoomNumber)),
+    on(&Records::runStatus, "GetPtzRunStatus", Kx_Ipc_GetPtzRunStatus),
 };

@@ -127,3 +127,9 @@ inline std::vector<std::string> queries(const kxsim::SimCamera& camera)
                                                          : request.target);
     return found;
 }
+
+/// An administrative request, as `queries` tells it.
+inline std::string action(const std::string& query)
+{
+    return "/cgi-bin/admin/admin.cgi?action=" + query;
+}

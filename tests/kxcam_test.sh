@@ -32,6 +32,8 @@ upnp upnpname cam
 upnp scanupnp 0
 ports onvifport 9000 subrtspport=555
 audio alarmlevel 40
+ptzport ptzprotocol 1
+tracking auto_tracking_sensitivity 7
 END
 expect 5 'did not keep the new ddnsdomain: given www.x.org, it has \(empty\)' \
     kxcam "$page" set ddns ddnsdomain=www.x.org
@@ -162,7 +164,7 @@ expect_unsent 2 'not of the form key=value' kxcam "$ti" set ftp ftpip
 expect_unsent 2 'add subrtspport=…: every set of ports writes it' kxcam "$ti" set ports httpport=81
 expect_unsent 2 "no area 'siren'\. Areas: network, wifi," kxcam "$ti" get siren
 expect_unsent 2 "--bogus.* Run 'kxcam get --help'" kxcam "$ti" get ftp --bogus
-expect_unsent 2 'Give one of: discover get set test-smtp info capabilities reboot reset update users card recordings upload download .*kxcam --help' \
+expect_unsent 2 'Give one of: discover get set test-smtp info capabilities reboot reset ptz update users card recordings upload download .*kxcam --help' \
     kxcam "$ti"
 expect_unsent 2 'Give one of: list add delete password type .*kxcam users --help' kxcam "$ti" users
 expect_unsent 2 'Give its address with --host' "$bin/kxcam" get ftp

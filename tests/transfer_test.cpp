@@ -133,12 +133,13 @@ TEST_F(Transfer, TellsItsProgressOnItsOwnThread)
     EXPECT_EQ(calls.back().total, 0U);
 }
 
-TEST_F(Transfer, ExpectsNoMoreThanItTakes)
+TEST_F(Transfer, TellsOfAFileThatIsLongerThanItTakes)
 {
     camera.replaceReply("", fileReply(zeros(12'000'000), "Content-Length: 12000000\n"));
     watch([](const Progress&) { return false; });
     EXPECT_EQ(download(pathOf("log")), succeeds);
-    EXPECT_EQ(calls.back().done, calls.back().total);
+    EXPECT_EQ(calls.back().total, 12'000'000U);
+    EXPECT_LT(calls.back().done, 10'000'000U);
 }
 
 TEST_F(Transfer, StopsWhenToldAndLeavesTheSessionUsable)

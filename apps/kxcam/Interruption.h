@@ -1,28 +1,47 @@
-// Ctrl-C in the middle of work that must be ended in order.
+// Signals that end or suspend the program, held off while something must be undone first.
 #pragma once
 
+#include <chrono>
 #include <string>
 
 #include "Failure.h"
+#include "Terminal.h"
 
 namespace kxcam
 {
 
-/// As long as one lives, the first signal that asks kxcam to end (SIGINT, SIGTERM, SIGHUP) is only noted; a second one ends
-/// it at once.
-class InterruptGuard
+/// As long as this lives, Ctrl-C and the like only wake a pause. There is one at a time. Those that the program was started
+/// to ignore, as by nohup, stay ignored.
+class SignalHold
 {
 public:
-    InterruptGuard();
-    ~InterruptGuard();
-    InterruptGuard(const InterruptGuard&) = delete;
-    InterruptGuard& operator=(const InterruptGuard&) = delete;
+    enum Suspension
+    {
+        Passes,
+        Held // Ctrl-Z, too, waits for its turn
+    };
 
-    /// Whether there was one.
-    static bool interrupted();
+    explicit SignalHold(Suspension suspension = Passes);
+    ~SignalHold();
+    SignalHold(const SignalHold&) = delete;
+    SignalHold& operator=(const SignalHold&) = delete;
+
+    /// Waits, but no longer than until a signal comes, or not at all when one has come.
+    void pause(std::chrono::milliseconds time) const;
+
+    bool hasCome() const;
+
+    /// Lets a signal that has come do what it does otherwise: mostly, end the program.
+    void letThrough();
+
+private:
+    void restore();
+
+    Descriptor wakeUp_;
+    std::size_t count_;
 };
 
-/// Thrown when the work has been ended. Once it is told, kxcam ends by the signal, as whoever started it expects.
+/// Thrown when work has been ended by a signal. Once it is told, kxcam ends by that, as whoever started it expects.
 class Interruption : public Failure
 {
 public:

@@ -1,7 +1,5 @@
 #include "Restart.h"
 
-#include <thread>
-
 #include <KxIpcSDK/KxSdk.h>
 #include <KxIpcSDK/KxSystem.h>
 
@@ -28,7 +26,7 @@ std::string versionAfterRestart(const Session& session, const std::optional<std:
                                 std::chrono::seconds patience)
 {
     using Clock = std::chrono::steady_clock;
-    const InterruptGuard guard;
+    const SignalHold signals;
     bool wasGone = false;
     for (const auto deadline = Clock::now() + patience; Clock::now() < deadline;) {
         const auto version = askVersion(session);
@@ -37,8 +35,8 @@ std::string versionAfterRestart(const Session& session, const std::optional<std:
         if (!version && Kx_Sdk_GetLastError() == KX_ERROR_UNAUTHORISED)
             throw sdkFailure("the camera has restarted; logging in");
         wasGone = wasGone || !version;
-        std::this_thread::sleep_for(betweenQuestions);
-        if (InterruptGuard::interrupted())
+        signals.pause(betweenQuestions);
+        if (signals.hasCome())
             throw Interruption("no longer waiting; the camera has the file and goes on by itself");
     }
     const std::string time = std::to_string(patience.count()) + " seconds";

@@ -29,7 +29,7 @@ std::string durationText(double seconds)
 class Monitor
 {
 public:
-    Monitor(bool visible, Console& console)
+    Monitor(const SignalHold& signals, bool visible, Console& console) : signals_(signals)
     {
         if (visible)
             line_.emplace(console);
@@ -50,7 +50,7 @@ private:
         self.total_ = total;
         if (self.line_)
             self.draw();
-        return InterruptGuard::interrupted() ? 1 : 0;
+        return self.signals_.hasCome() ? 1 : 0;
     }
 
     void draw()
@@ -75,6 +75,7 @@ private:
         return barOf(done_, total_) + " " + sizeText(done_) + " of " + sizeText(total_) + speed + left;
     }
 
+    const SignalHold& signals_;
     std::optional<ProgressLine> line_;
     std::uint64_t done_ = 0;
     std::uint64_t total_ = 0;
@@ -100,16 +101,16 @@ std::string sizeText(std::uint64_t bytes)
 Transferred runTransfer(const std::function<int()>& call, bool json, const std::string& whenStopped,
                         Console& console)
 {
-    const InterruptGuard guard;
+    const SignalHold signals;
     const long errorBefore = Kx_Sdk_GetLastError(); // only a failure leaves a new one
     Transferred end;
     {
-        Monitor monitor(!json && console.isTerminal(), console);
+        Monitor monitor(signals, !json && console.isTerminal(), console);
         end.succeeded = call() == 0;
         end.bytes = monitor.done();
         end.total = monitor.total();
     }
-    if (!end.succeeded && InterruptGuard::interrupted())
+    if (!end.succeeded && signals.hasCome())
         throw Interruption(whenStopped);
     end.hasCode = Kx_Sdk_GetLastError() != errorBefore;
     return end;

@@ -25,6 +25,7 @@
 #include <KxIpcSDK/KxCapabilities.h>
 #include <KxIpcSDK/KxNetwork.h>
 #include <KxIpcSDK/KxOsd.h>
+#include <KxIpcSDK/KxPtz.h>
 #include <KxIpcSDK/KxSdk.h>
 #include <KxIpcSDK/KxSdkLog.h>
 #include <KxIpcSDK/KxSearch.h>

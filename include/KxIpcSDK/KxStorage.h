@@ -44,7 +44,7 @@ extern "C" {
  * @param done    bytes of the file so far: handed to the network, or received; of a configuration export, bytes of the
  *                answer
  * @param total   bytes of the file in all: of an upload always, of a download once the camera has told it, which it
- *                may do wrongly; 0: not known
+ *                may do wrongly; 0: not known. Of a file that is longer than a download takes, `done` never gets there.
  * @param user    as given to Kx_Sdk_SetTransferCallBack()
  *
  * @return 0: go on; else the transfer stops: its call returns -1 and sets no error. What a download has written by

@@ -105,7 +105,7 @@ Device::Device(const CameraOptions& options) : lineEnd_(options.lineEnd), chip_(
 {
     for (const Area* area :
          {&systemArea, &usersArea, &clockArea, &updateArea, &capabilitiesArea, &networkArea, &videoArea,
-          &audioArea, &osdArea, &transferArea, &storageArea, &recordingsArea})
+          &audioArea, &osdArea, &transferArea, &storageArea, &recordingsArea, &ptzArea, &trackingArea})
         add(*area);
     settings_.put("productmodel", options.model);
     setOwnUser(settings_, options.user, options.password);

@@ -6,6 +6,7 @@
 #include <KxIpcSDK/KxCapabilities.h>
 #include <KxIpcSDK/KxNetwork.h>
 #include <KxIpcSDK/KxOsd.h>
+#include <KxIpcSDK/KxPtz.h>
 #include <KxIpcSDK/KxSearch.h>
 #include <KxIpcSDK/KxStorage.h>
 #include <KxIpcSDK/KxSystem.h>
@@ -248,3 +249,54 @@ FIELD(RecordInfo, nasfilemaxsize, 12, 4);
 FIELD(RecordInfo, nasrecordframetype, 16, 4);
 FIELD(RecordInfo, deletesdoldfile, 20, 4);
 FIELD(RecordInfo, msfsprerecordtime, 24, 4);
+
+RECORD(PtzInfo, 16);
+FIELD(PtzInfo, ptzprotocol, 0, 1);
+FIELD(PtzInfo, ptzbaudrate, 8, 8);
+
+RECORD(TrackTime, 12);
+FIELD(TrackTime, hour, 0, 4);
+FIELD(TrackTime, minute, 4, 4);
+FIELD(TrackTime, second, 8, 4);
+
+RECORD(TrackDaySchedule, 100);
+FIELD(TrackDaySchedule, enable, 0, 1);
+FIELD(TrackDaySchedule, start, 4, 48);
+FIELD(TrackDaySchedule, end, 52, 48);
+
+RECORD(PtzAutoTrackInfo, 720);
+FIELD(PtzAutoTrackInfo, auto_tracking_enable, 0, 1);
+FIELD(PtzAutoTrackInfo, auto_tracking_show, 1, 1);
+FIELD(PtzAutoTrackInfo, auto_tracking_sensitivity, 2, 1);
+FIELD(PtzAutoTrackInfo, auto_tracking_max_time, 4, 4);
+FIELD(PtzAutoTrackInfo, manual_tracking, 8, 1);
+FIELD(PtzAutoTrackInfo, auto_tracking_zoom_mode, 12, 4);
+FIELD(PtzAutoTrackInfo, auto_tracking_zoom_number, 16, 4);
+FIELD(PtzAutoTrackInfo, schedule, 20, 700);
+
+RECORD(TrackPoint, 24);
+FIELD(TrackPoint, id, 0, 4);
+FIELD(TrackPoint, type, 4, 4);
+FIELD(TrackPoint, startX, 8, 4);
+FIELD(TrackPoint, startY, 12, 4);
+FIELD(TrackPoint, stopX, 16, 4);
+FIELD(TrackPoint, stopY, 20, 4);
+
+RECORD(AutoTrackPointInfo, 12);
+FIELD(AutoTrackPointInfo, track_point_num, 0, 4);
+FIELD(AutoTrackPointInfo, width, 4, 4);
+FIELD(AutoTrackPointInfo, height, 8, 4);
+static_assert(offsetof(AutoTrackPointInfo, points) == 12);
+
+RECORD(WhiteLedParam, 12);
+FIELD(WhiteLedParam, white_led_alarm, 0, 4);
+FIELD(WhiteLedParam, white_led_number, 4, 4);
+FIELD(WhiteLedParam, white_led_manual, 8, 4);
+
+RECORD(PtzRunStatus, 24);
+FIELD(PtzRunStatus, ptz_run_status, 0, 4);
+FIELD(PtzRunStatus, fish_0_ptz_run_status, 4, 4);
+FIELD(PtzRunStatus, fish_1_ptz_run_status, 8, 4);
+FIELD(PtzRunStatus, fish_2_ptz_run_status, 12, 4);
+FIELD(PtzRunStatus, fish_3_ptz_run_status, 16, 4);
+FIELD(PtzRunStatus, fish_4_ptz_run_status, 20, 4);

@@ -1,6 +1,5 @@
 #include "NetManager/Download.h"
 
-#include <algorithm>
 #include <optional>
 #include <string_view>
 
@@ -80,7 +79,7 @@ bool Download::beginBody()
     if (!holds(header_.text(), "200 OK"))
         return false;
     told_ = toldLength(header_.text(), headerSize_);
-    watch_.expect(told_ > headerSize_ ? std::min(*told_, longestReply) - headerSize_ : 0);
+    watch_.expect(told_ > headerSize_ ? *told_ - headerSize_ : 0);
     file_.emplace(localPath_);
     return bool{*file_};
 }

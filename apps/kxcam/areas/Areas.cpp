@@ -9,14 +9,14 @@ namespace kxcam
 extern const Area networkArea, wifiArea, ddnsArea, smtpArea, ftpArea, upnpArea, portsArea;
 extern const Area clockArea, systemArea;
 extern const Area videoArea, audioArea, osdArea;
-extern const Area recordingArea;
+extern const Area ptzPortArea, recordingArea, trackingArea;
 
 namespace
 {
 
 constexpr const Area* areas[] = {
-    &networkArea, &wifiArea,   &ddnsArea,  &smtpArea,  &ftpArea, &upnpArea,      &portsArea,
-    &clockArea,   &systemArea, &videoArea, &audioArea, &osdArea, &recordingArea,
+    &networkArea, &wifiArea,  &ddnsArea,  &smtpArea, &ftpArea,       &upnpArea,    &portsArea,    &clockArea,
+    &systemArea,  &videoArea, &audioArea, &osdArea,  &recordingArea, &ptzPortArea, &trackingArea,
 };
 
 } // namespace

@@ -71,6 +71,7 @@ std::optional<ExitCode> parse(int argc, char** argv, CommandLine& line, Console&
     addCapabilities(app, line);
     addReboot(app, line);
     addReset(app, line);
+    addPtz(app, line);
     addUpdate(app, line);
     addUsers(app, line);
     addCard(app, line);

@@ -36,6 +36,7 @@ void addInfo(CLI::App& app, CommandLine& line);
 void addCapabilities(CLI::App& app, CommandLine& line);
 void addReboot(CLI::App& app, CommandLine& line);
 void addReset(CLI::App& app, CommandLine& line);
+void addPtz(CLI::App& app, CommandLine& line);
 void addUpdate(CLI::App& app, CommandLine& line);
 void addUsers(CLI::App& app, CommandLine& line);
 void addCard(CLI::App& app, CommandLine& line);

@@ -17,7 +17,7 @@ class Subverbs
 public:
     using Work = ExitCode (*)(const Options& options, const CommandLine& line, Console& console);
 
-    Subverbs(CLI::App& app, CommandLine& line, const char* name, const char* help, const char* footer)
+    Subverbs(CLI::App& app, CommandLine& line, const char* name, const char* help, const char* footer = "")
         : options_(std::make_shared<Options>()), line_(line), verb_(*app.add_subcommand(name, help))
     {
         verb_.footer(footer);

@@ -17,7 +17,8 @@ constexpr std::array settings{
 
     // The general list; audio stands in the system area. TI cameras do not analyse and do not say how.
     Setting{"system_io_support", "1", Access::ReadOnly},
-    Setting{"system_fisheye_support", "0", Access::ReadOnly},
+    Setting{"system_fisheye_support", "0", Access::ReadOnly, Ti | Hisi},
+    Setting{"system_fisheye_support", "1", Access::ReadOnly, ModelA},
     Setting{"system_vca_support", "0", Access::ReadOnly, Ti},
     Setting{"system_vca_support", "1", Access::ReadOnly, NotTi},
     Setting{"system_audio_alarm_support", "1", Access::ReadOnly},
