@@ -124,7 +124,7 @@ void send(const Session& session, const Options& options, const CommandLine& lin
 
 void zoomTo(const Session& session, const Options& options, const CommandLine& line)
 {
-    if (Kx_Ipc_SetPTZZoom(session.userId(), std::stoi(options.word)) != 0)
+    if (Kx_Ipc_SetPTZZoom(session.userId(), std::stoi(options.word, nullptr, 0)) != 0)
         throw failureOf(options, line);
 }
 
