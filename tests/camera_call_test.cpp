@@ -193,7 +193,7 @@ TEST(QueryText, IsCutAtItsBound)
     query.text("k", longText);
     query.add("%s", std::string(100, 'y').c_str());
     query.number("never", 1);
-    EXPECT_EQ(std::string(query), std::string(1000, 'x') + "&k=" + std::string(19, 'y'));
+    EXPECT_EQ(std::string(query), std::string(1000, 'x').append("&k=").append(19, 'y'));
 }
 
 TEST(QueryText, ReadsNoFurtherThanTheField)
