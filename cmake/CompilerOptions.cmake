@@ -3,7 +3,14 @@ add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 
 # Tests and simulator are to be built quickly. To optimise them fully or to look for undefined behaviour in them, too,
 # would nearly double the time; and what gcc 12 warns of in joined strings then is not so.
-set(KX_UNSHIPPED_OPTIONS -O1 -fno-sanitize=undefined -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow)
+if(KX_SANITIZE)
+    set(KX_UNSHIPPED_OPTIONS -O0 -fno-sanitize=undefined)
+else()
+    set(KX_UNSHIPPED_OPTIONS -O1)
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    list(APPEND KX_UNSHIPPED_OPTIONS -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow)
+endif()
 
 if(KX_SANITIZE)
     add_compile_options(-fsanitize=${KX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -95,7 +95,7 @@ TEST_F(FileCalls, FirmwareFollowsTheWordAboutTheSettings)
         {0, "&keepconfig=1"}, {1, "&keepconfig=0"}, {255, "&keepconfig=0"}};
     for (const auto& [keep, word] : words) {
         camera.replaceReply("update.cgi", httpReply("OK upload\n"));
-        EXPECT_THAT(requestsOf([&] { return Kx_Ipc_UpdateFirmware(id, path.c_str(), keep); }),
+        EXPECT_THAT(requestsOf([&, kept = keep] { return Kx_Ipc_UpdateFirmware(id, path.c_str(), kept); }),
                     ElementsAre(word, "/update.cgi"));
         EXPECT_EQ(outcome, succeeds);
     }
