@@ -13,7 +13,9 @@ fail() {
     sed 's/^/  | /' "$scratch/out"
 }
 # start OPTIONS...: its output is $scratch/out, the port of its first camera $port
-start() {
+start() { start_live --no-streams "$@"; }
+# The same, with live pictures on $rtsp
+start_live() {
     local began=${EPOCHREALTIME/[.,]/}
     options=$*
     : >"$scratch/out" # before the program is there to do so
@@ -25,6 +27,7 @@ start() {
     done
     [ $((${EPOCHREALTIME/[.,]/} - began)) -lt 1000000 ] || fail 'took a second to start'
     port=$(sed -n '1s/.*://p' "$scratch/out")
+    rtsp=$(sed -n '2s/.* live on //p' "$scratch/out")
 }
 # stop SIGNAL: it ends, and calls that a success
 stop() {
@@ -90,6 +93,20 @@ says "KX-C200T listening on http://127.0.0.254:$port" "KX-C200T listening on htt
     "127.0.0.255:$port 200 GET /vb.htm?paratest=netip" "127.0.1.0:$port 200 GET /vb.htm?paratest=netip"
 stop INT
 
+start_live --port 0 --password pictures --stream-fault stop-sending
+place=${rtsp#rtsp://127.0.0.1:}
+[[ $(ask 127.0.0.1 'GET /vb.htm?paratest=mainrtspport HTTP/1.1' admin:pictures) == *"OK mainrtspport=${place%/main}" ]] ||
+    fail 'is live on another port than it tells'
+exec 9<>"/dev/tcp/127.0.0.1/${place%/main}"
+printf 'DESCRIBE %s RTSP/1.0\r\nCSeq: 1\r\n\r\n' "$rtsp" >&9
+read -r reply <&9
+[[ $reply == 'RTSP/1.0 401 Unauthorized'* ]] || fail "answers '$reply'"
+exec 9>&-
+says "KX-C200T listening on http://127.0.0.1:$port" "KX-C200T live on $rtsp" \
+    "127.0.0.1:$port 200 GET /vb.htm?paratest=mainrtspport" "127.0.0.1:$port 401 DESCRIBE /main"
+refuses 1 "^kxsim: cannot stream on 127\.0\.0\.1:${place%/main}: Address already in use$" --port 0 --rtsp-port "${place%/main}"
+stop INT
+
 : >"$scratch/out"
 refuses 1 '^kxsim: cannot listen on 300\.1\.1\.1:80' --address 300.1.1.1 --port 80
 refuses 1 '^kxsim: cannot answer searches on 192\.0\.2\.1: ' --port 0 --discovery 192.0.2.1
@@ -97,6 +114,8 @@ refuses 2 'not expected: --bogus' --bogus
 refuses 2 'not expected: extra' --port 0 extra
 refuses 2 'nope not in .*cut-short.*unreachable' --fault nope
 refuses 2 '99 not in range 100 to 599' --fault status --fault-status 99
+refuses 2 'nope not in .*disconnect' --stream-fault nope
+refuses 2 'excludes' --no-streams --rtsp-port 1
 refuses 2 '501 not in range 1 to 500' --count 501
 refuses 2 '--port = 65536' --port 65536
 "$kxsim" --help | grep -q '^Examples:' || fail 'has no help'

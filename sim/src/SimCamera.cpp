@@ -1,13 +1,15 @@
 // The camera put together: the device behind the server, and between them what a test orders and sees.
-// One mutex guards everything that other threads can reach; it is never held while a listener is called or
-// while the server's thread is waited for.
+// One mutex guards everything that other threads can reach, but for the journals, which have their own. It is never held
+// while a listener is called or while another thread is waited for.
 #include "KxSim/SimCamera.h"
 
 #include "Device.h"
 #include "Garbage.h"
 #include "HttpServer.h"
 #include "HttpText.h"
+#include "Journal.h"
 #include "discovery/Discovery.h"
+#include "streaming/Streaming.h"
 
 #include <algorithm>
 #include <deque>
@@ -68,6 +70,8 @@ public:
         : host_(options.address), restartTime_(options.restartTime), device_(options),
           server_(options.address, options.port, *this)
     {
+        if (options.streaming.port)
+            streaming_.start(host_, *options.streaming.port, device_.settings());
         device_.placeAt(host_, server_.port());
         server_.start();
         if (!options.discovery.interfaceAddress.empty())
@@ -78,22 +82,29 @@ public:
     const std::string& host() const { return host_; }
     int port() const { return server_.port(); }
     Discovery& discovery() { return discovery_; }
+    Streaming& streaming() { return streaming_; }
 
     /// Runs `use` on the device, alone.
     template <typename Use>
     auto withDevice(Use use)
     {
         const std::lock_guard lock(mutex_);
+        streaming_.report(device_.settings());
         return use(device_);
+    }
+    /// The same where `use` changes settings.
+    template <typename Use>
+    void changeDevice(Use use)
+    {
+        withDevice(use);
+        updateStreams();
     }
 
     void setFault(const Fault& fault);
     void replaceReply(Replacement replacement);
 
-    std::vector<Request> requests();
-    void forgetRequests();
+    Journal<Request>& requests() { return requests_; }
     std::size_t connections();
-    void onRequest(std::function<void(const Request&)> listener);
 
 private:
     Door door() override;
@@ -102,6 +113,7 @@ private:
 
     Fault takeFault(const std::string& target);
     std::optional<std::string> takeReplacement(const std::string& target);
+    void updateStreams();
     std::string replyTo(const Request& request, const Fault& fault);
     std::string regularReply(const Request& request, bool tellLength);
 
@@ -112,11 +124,12 @@ private:
     Device device_;
     Fault fault_;
     std::deque<Replacement> replacements_;
-    std::vector<Request> requests_;
     std::size_t connections_ = 0;
-    std::function<void(const Request&)> listener_;
 
-    HttpServer server_; // its thread uses all of the above
+    Journal<Request> requests_;
+
+    Streaming streaming_; // asks for the device on its thread
+    HttpServer server_;   // its thread uses all of the above
     Discovery discovery_;
 };
 
@@ -135,28 +148,10 @@ void SimCamera::Impl::replaceReply(Replacement replacement)
     replacements_.push_back(std::move(replacement));
 }
 
-std::vector<Request> SimCamera::Impl::requests()
-{
-    const std::lock_guard lock(mutex_);
-    return requests_;
-}
-
-void SimCamera::Impl::forgetRequests()
-{
-    const std::lock_guard lock(mutex_);
-    requests_.clear();
-}
-
 std::size_t SimCamera::Impl::connections()
 {
     const std::lock_guard lock(mutex_);
     return connections_;
-}
-
-void SimCamera::Impl::onRequest(std::function<void(const Request&)> listener)
-{
-    const std::lock_guard lock(mutex_);
-    listener_ = std::move(listener);
 }
 
 Door SimCamera::Impl::door()
@@ -183,20 +178,28 @@ Delivery SimCamera::Impl::answer(const std::string& head, const std::string& bod
 {
     Request request{head, targetOf(head), body};
     Delivery delivery;
-    std::function<void(const Request&)> listener;
     {
         const std::lock_guard lock(mutex_);
+        streaming_.report(device_.settings());
         const Fault fault = takeFault(request.target);
         delivery = delivered(replyTo(request, fault), fault);
         if (device_.takeRestart())
             delivery.outage = restartTime_;
-        request.status = statusOf(delivery.bytes);
-        requests_.push_back(request);
-        listener = listener_;
     }
-    if (listener)
-        listener(request);
+    request.status = statusOf(delivery.bytes);
+    if (delivery.outage)
+        streaming_.restart(*delivery.outage);
+    updateStreams();
+    requests_.add(request);
     return delivery;
+}
+
+// The mutex is free while the streams' thread is waited for: it takes it to read the settings.
+void SimCamera::Impl::updateStreams()
+{
+    if (withDevice([this](Device& device) { return streaming_.isOutdated(device.settings()); }))
+        streaming_.follow(
+            [this] { return withDevice([](Device& device) { return planOf(device.settings()); }); });
 }
 
 Fault SimCamera::Impl::takeFault(const std::string& target)
@@ -281,12 +284,12 @@ std::optional<std::string> SimCamera::value(const std::string& key) const
 
 void SimCamera::setValue(const std::string& key, const std::string& value)
 {
-    impl_->withDevice([&](Device& device) { device.settings().put(key, value); });
+    impl_->changeDevice([&](Device& device) { device.settings().put(key, value); });
 }
 
 void SimCamera::removeValue(const std::string& key)
 {
-    impl_->withDevice([&](Device& device) { device.settings().remove(key); });
+    impl_->changeDevice([&](Device& device) { device.settings().remove(key); });
 }
 
 std::optional<std::string> SimCamera::file(const std::string& path) const
@@ -319,12 +322,12 @@ void SimCamera::replaceReply(const std::string& targetPart, const std::string& r
 
 std::vector<Request> SimCamera::requests() const
 {
-    return impl_->requests();
+    return impl_->requests().entries();
 }
 
 void SimCamera::forgetRequests()
 {
-    impl_->forgetRequests();
+    impl_->requests().clear();
 }
 
 std::size_t SimCamera::connections() const
@@ -334,22 +337,42 @@ std::size_t SimCamera::connections() const
 
 void SimCamera::onRequest(std::function<void(const Request&)> listener)
 {
-    impl_->onRequest(std::move(listener));
+    impl_->requests().onEntry(std::move(listener));
 }
 
 std::vector<Probe> SimCamera::probes() const
 {
-    return impl_->discovery().probes();
+    return impl_->discovery().probes().entries();
 }
 
 void SimCamera::forgetProbes()
 {
-    impl_->discovery().forgetProbes();
+    impl_->discovery().probes().clear();
 }
 
 void SimCamera::onProbe(std::function<void(const Probe&)> listener)
 {
-    impl_->discovery().onProbe(std::move(listener));
+    impl_->discovery().probes().onEntry(std::move(listener));
+}
+
+void SimCamera::setStreamFault(const StreamFault& fault)
+{
+    impl_->streaming().setFault(fault);
+}
+
+std::vector<StreamRequest> SimCamera::streamRequests() const
+{
+    return impl_->streaming().requests().entries();
+}
+
+void SimCamera::forgetStreamRequests()
+{
+    impl_->streaming().requests().clear();
+}
+
+void SimCamera::onStreamRequest(std::function<void(const StreamRequest&)> listener)
+{
+    impl_->streaming().requests().onEntry(std::move(listener));
 }
 
 } // namespace kxsim

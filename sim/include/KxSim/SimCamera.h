@@ -2,6 +2,7 @@
 #pragma once
 
 #include "KxSim/Discovery.h"
+#include "KxSim/Streaming.h"
 
 #include <chrono>
 #include <cstddef>
@@ -25,6 +26,7 @@ struct CameraOptions
     std::string lineEnd = "\n";                  ///< what ends a line of a reply's body
     std::chrono::milliseconds restartTime{3000}; ///< for so long a restart or a reset refuses connections
     DiscoveryOptions discovery{}; ///< off unless asked for, as it takes part in the whole network
+    StreamingOptions streaming{}; ///< off unless asked for: it takes its time to start
 };
 
 /// One way of misbehaving towards clients. The camera acts on a request that Slow, CutShort or Endless hits, as only
@@ -72,7 +74,7 @@ class SimCamera
 {
 public:
     /// Throws std::system_error when it cannot listen on the address and port, and std::runtime_error, with a
-    /// sentence of its own, when it cannot answer searches.
+    /// sentence of its own, when it cannot answer searches or stream.
     explicit SimCamera(CameraOptions options = {});
     ~SimCamera();
     SimCamera(const SimCamera&) = delete;
@@ -114,6 +116,15 @@ public:
     void forgetProbes();
     /// The same as onRequest, but on the thread that answers searches.
     void onProbe(std::function<void(const Probe&)> listener);
+
+    /// Takes the place of the stream fault before; {} ends it. Who watches meets it as well, but for faults that lie
+    /// in the way to a stream.
+    void setStreamFault(const StreamFault& fault);
+    /// The requests to the RTSP port so far. One is listed before the reply to it leaves.
+    std::vector<StreamRequest> streamRequests() const;
+    void forgetStreamRequests();
+    /// The same as onRequest, but on the thread that answers these requests.
+    void onStreamRequest(std::function<void(const StreamRequest&)> listener);
 
 private:
     class Impl;

@@ -9,10 +9,10 @@ namespace
 {
 
 constexpr std::array settings{
-    Setting{"audioenable", "1"},   Setting{"audiomode", "0"},      Setting{"encoding", "0"},
-    Setting{"samplerate", "8000"}, Setting{"audioinvolume", "50"}, Setting{"audiooutvolume", "50"},
-    Setting{"alarmlevel", "30"},   Setting{"speex", "0"},          Setting{"audioagc", "0"},
-    Setting{"audiobitrate", "64"},
+    Setting{"audioenable", "1"},    Setting{"audiomode", "0"},      Setting{"encoding", "4"},
+    Setting{"samplerate", "16000"}, Setting{"audioinvolume", "50"}, Setting{"audiooutvolume", "50"},
+    Setting{"alarmlevel", "30"},    Setting{"speex", "0"},          Setting{"audioagc", "0"},
+    Setting{"audiobitrate", "32"},
 };
 
 constexpr std::array setRules{

@@ -24,6 +24,10 @@ constexpr std::array settings{
     Setting{"mainrtspport", "554"},
     Setting{"subrtspport", "555"},
 
+    // How many may watch the live streams at once, and how many do
+    Setting{"maxconn", "10"},
+    Setting{"curmaxconn", "0", Access::ReadOnly},
+
     // Wireless network. A network is joined by "newwifissid" alone.
     Setting{"wifissid", "", Access::ReadOnly},
     Setting{"wifimode", "0"},

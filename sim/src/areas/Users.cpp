@@ -15,6 +15,7 @@
 #include <array>
 #include <cstdlib>
 #include <optional>
+#include <utility>
 
 namespace kxsim
 {
@@ -216,15 +217,21 @@ void setOwnUser(Settings& camera, std::string_view name, std::string_view passwo
     store(camera, ownSlot, {std::string(name), std::string(password), "10", "255"});
 }
 
+std::vector<Credentials> usersOf(const Settings& camera)
+{
+    std::vector<Credentials> users;
+    for (std::size_t slot = 0; slot < slotCount; ++slot)
+        if (std::string name = camera.text(keyOf("user", slot)); !name.empty())
+            users.push_back({std::move(name), camera.text(keyOf("password", slot))});
+    return users;
+}
+
 bool isUser(const Settings& camera, std::string_view authorization)
 {
-    for (std::size_t slot = 0; slot < slotCount; ++slot) {
-        const std::string name = camera.text(keyOf("user", slot));
-        if (!name.empty() &&
-            authorization == "Basic " + base64(name + ":" + camera.text(keyOf("password", slot))))
-            return true;
-    }
-    return false;
+    const std::vector<Credentials> users = usersOf(camera);
+    return std::any_of(users.begin(), users.end(), [&](const Credentials& user) {
+        return authorization == "Basic " + base64(user.name + ":" + user.password);
+    });
 }
 
 void forgetProof(Settings& camera)

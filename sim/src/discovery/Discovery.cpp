@@ -4,7 +4,6 @@
 
 #include <stdexcept>
 #include <system_error>
-#include <utility>
 
 namespace kxsim
 {
@@ -32,31 +31,13 @@ void Discovery::start(const DiscoveryOptions& options, const Identity& identity)
     server_->start();
 }
 
-std::vector<Probe> Discovery::probes() const
-{
-    const std::lock_guard lock(mutex_);
-    return probes_;
-}
-
-void Discovery::forgetProbes()
-{
-    const std::lock_guard lock(mutex_);
-    probes_.clear();
-}
-
-void Discovery::onProbe(std::function<void(const Probe&)> listener)
-{
-    const std::lock_guard lock(mutex_);
-    listener_ = std::move(listener);
-}
-
 DatagramReply Discovery::answer(const std::string& datagram, const std::string& address, unsigned short port)
 {
     const Question question = readQuestion(datagram);
     if (question.kind == Question::Kind::Announcement)
         return {};
     DatagramReply reply = replyTo(question);
-    report({datagram, address, port, reply.times > 0});
+    probes_.add({datagram, address, port, reply.times > 0});
     return reply;
 }
 
@@ -80,18 +61,6 @@ std::string Discovery::textFor(const Question& question)
         break;
     }
     return service_->matches(question);
-}
-
-void Discovery::report(const Probe& probe)
-{
-    std::function<void(const Probe&)> listener;
-    {
-        const std::lock_guard lock(mutex_);
-        probes_.push_back(probe);
-        listener = listener_;
-    }
-    if (listener)
-        listener(probe);
 }
 
 } // namespace kxsim

@@ -1,15 +1,13 @@
 // How the camera answers searches: its part on the network, and the ways of misleading whoever searches.
 #pragma once
 
+#include "../Journal.h"
 #include "DiscoveryServer.h"
 #include "KxSim/Discovery.h"
 #include "TargetService.h"
 
-#include <functional>
-#include <mutex>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace kxsim
 {
@@ -26,23 +24,17 @@ public:
     /// Throws std::runtime_error that says why, when it cannot take part.
     void start(const DiscoveryOptions& options, const Identity& identity);
 
-    std::vector<Probe> probes() const;
-    void forgetProbes();
-    void onProbe(std::function<void(const Probe&)> listener);
+    Journal<Probe>& probes() { return probes_; }
 
 private:
     DatagramReply answer(const std::string& datagram, const std::string& address,
                          unsigned short port) override;
     DatagramReply replyTo(const Question& question);
     std::string textFor(const Question& question);
-    void report(const Probe& probe);
 
     DiscoveryOptions options_;
     std::optional<TargetService> service_;
-
-    mutable std::mutex mutex_; ///< guards the next two
-    std::vector<Probe> probes_;
-    std::function<void(const Probe&)> listener_;
+    Journal<Probe> probes_;
 
     std::optional<DiscoveryServer> server_; // last: its thread uses all of the above
 };
