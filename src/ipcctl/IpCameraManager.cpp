@@ -3,11 +3,14 @@
 #include <map>
 #include <mutex>
 #include <new>
+#include <utility>
+
+#include "ipcctl/StreamTiming.h"
 
 struct CIpCameraManager::Impl
 {
     std::mutex mutex; // guards cameras
-    std::map<int, CIpCamera> cameras;
+    std::map<int, std::shared_ptr<CIpCamera>> cameras;
 };
 
 namespace
@@ -33,28 +36,50 @@ try {
 
 void CIpCameraManager::DeleteInstance()
 {
-    const std::lock_guard lock(instanceMutex);
-    delete instance;
-    instance = nullptr;
+    CIpCameraManager* ended = nullptr;
+    {
+        const std::lock_guard lock(instanceMutex);
+        std::swap(ended, instance);
+    }
+    if (ended == nullptr)
+        return;
+    for (const auto& [id, camera] : ended->impl_->cameras)
+        camera->stopStreams(); // all of them, before any is waited for
+    const auto until = closingTime();
+    for (const auto& [id, camera] : ended->impl_->cameras)
+        camera->closeStreams(until);
+    delete ended;
 }
 
-CIpCamera* CIpCameraManager::AddIpCamera(int userId)
+std::shared_ptr<CIpCamera> CIpCameraManager::AddIpCamera(int userId)
 try {
     const std::lock_guard lock(impl_->mutex);
-    return &impl_->cameras[userId];
+    std::shared_ptr<CIpCamera>& camera = impl_->cameras[userId];
+    if (camera == nullptr)
+        camera = std::make_shared<CIpCamera>();
+    return camera;
 } catch (const std::bad_alloc&) {
     return nullptr;
 }
 
-CIpCamera* CIpCameraManager::GetIpCamera(int userId)
+std::shared_ptr<CIpCamera> CIpCameraManager::GetIpCamera(int userId)
 {
     const std::lock_guard lock(impl_->mutex);
     const auto found = impl_->cameras.find(userId);
-    return found != impl_->cameras.end() ? &found->second : nullptr;
+    return found != impl_->cameras.end() ? found->second : nullptr;
 }
 
 void CIpCameraManager::DelIpCamera(int userId)
 {
-    const std::lock_guard lock(impl_->mutex);
-    impl_->cameras.erase(userId);
+    std::shared_ptr<CIpCamera> camera; // let go of without the mutex: callbacks that end may ask for it
+    {
+        const std::lock_guard lock(impl_->mutex);
+        const auto found = impl_->cameras.find(userId);
+        if (found == impl_->cameras.end())
+            return;
+        camera.swap(found->second);
+        impl_->cameras.erase(found);
+    }
+    camera->stopStreams(); // others may hold the camera still
+    camera->closeStreams(closingTime());
 }
