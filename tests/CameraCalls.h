@@ -46,6 +46,8 @@ struct Records
     float region[5]{};
     WhiteLedParam whiteLed{};
     PtzRunStatus runStatus{};
+    char streamAddress[64]{};
+    int connections = 0;
 };
 
 struct NamedCall
@@ -258,4 +260,12 @@ inline const std::vector<NamedCall> cameraCalls = {
     blind(on(&Records::ptzNumber, "GetDigitposzmState", Kx_Ipc_GetDigitposzmState)),
     blind(on(&Records::ptzNumber, "GetZoomNumber", Kx_Ipc_GetZoomNumber)),
     on(&Records::runStatus, "GetPtzRunStatus", Kx_Ipc_GetPtzRunStatus),
+    {"GetRtspUrl",
+     [](long id, Records* r) {
+         return Kx_IpcClient_GetRtspUrl(id, 0, r ? r->streamAddress : nullptr, sizeof r->streamAddress);
+     }},
+    on(&Records::connections, "GetMaxConnectionLimit", Kx_IpcClient_GetMaxConnectionLimit),
+    blind({"SetMaxConnectionLimit",
+           [](long id, Records*) { return Kx_IpcClient_SetMaxConnectionLimit(id, 5); }, false}),
+    on(&Records::connections, "GetCurrentConnectionNum", Kx_IpcClient_GetCurrentConnectionNum),
 };

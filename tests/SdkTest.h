@@ -2,8 +2,6 @@
 #pragma once
 
 #include <cstring>
-#include <filesystem>
-#include <iterator>
 #include <string>
 #include <thread>
 #include <vector>
@@ -16,6 +14,7 @@
 
 #include "Core/LastError.h"
 #include "Core/Timing.h"
+#include "Descriptors.h"
 
 /// Time limits short enough that a test which runs into one does not make anybody wait.
 inline Timing shortTiming()
@@ -46,19 +45,6 @@ inline Timing timingWithoutPauses()
 {
     using namespace std::chrono_literals;
     return {.newResolution = 0ms, .newEncoding = 0ms, .newThirdEncoding = 0ms, .oldFirmwareEncoding = 0ms};
-}
-
-inline std::size_t openDescriptors()
-{
-    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
-}
-
-/// Waits for the camera's own side of closed connections, which this process holds too.
-inline bool descriptorsFallTo(std::size_t wanted)
-{
-    for (int i = 0; i < 400 && openDescriptors() > wanted; ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    return openDescriptors() <= wanted;
 }
 
 /// Writes a text into a record's field.

@@ -84,11 +84,20 @@ std::function<int(long)> reading(int (*get)(long, VideoInfo*, int), int VideoInf
     };
 }
 
-int readProgress(long id)
+std::function<int(long)> reading(int (*get)(long, int*))
 {
-    int progress = 0;
-    EXPECT_EQ(Kx_Ipc_GetUpdateOnlineProgress(id, &progress), 0);
-    return progress;
+    return [=](long id) {
+        int number = 0;
+        EXPECT_EQ(get(id, &number), 0);
+        return number;
+    };
+}
+
+int readStreamPort(long id)
+{
+    char address[64] = "rtsp://";
+    EXPECT_EQ(Kx_IpcClient_GetRtspUrl(id, 0, address, sizeof address), 0);
+    return std::atoi(std::strrchr(address, ':') + 1);
 }
 
 int readCpu(long id)
@@ -131,7 +140,7 @@ TEST_F(CameraCalls, ReadTheirRepliesToTheBoundAndNoFurther)
         {2048, "cputype", "OK cputype=123", 123, 12, readCpu},
         {2048, "get.system.information", "system_lpr_version=123", 123, 12,
          reading(Kx_Ipc_GetSystemInfo, &SystemInfo::system_lpr_version)},
-        {1024, "updateprogress", "OK updateprogress=123", 123, 12, readProgress},
+        {1024, "updateprogress", "OK updateprogress=123", 123, 12, reading(Kx_Ipc_GetUpdateOnlineProgress)},
         {1024, "updateonline", "OK updateonline", 0, -1, named("UpdateOnline")},
         {256, "ipcamrestartcmd", refusal, -1, 0, named("RebootSystem")},
         {256, "paradefaultcmd", refusal, -1, 0, named("RestoreSystem")},
@@ -158,6 +167,9 @@ TEST_F(CameraCalls, ReadTheirRepliesToTheBoundAndNoFurther)
         {10240, "get.audio.options", "audio_codec_0 = '123", 123, 12, readCodec},
         {1024, "textenable1", "OK dateformat=123", 123, 12,
          reading(Kx_Ipc_GetOSD_ForOldVer, &OsdStreamInfo::dateformat)},
+        {512, "mainrtspport", "OK mainrtspport=123", 123, 12, readStreamPort},
+        {1024, "maxconn", "OK maxconn=123", 123, 12, reading(Kx_IpcClient_GetMaxConnectionLimit)},
+        {1024, "curmaxconn", "OK curmaxconn=123", 123, 12, reading(Kx_IpcClient_GetCurrentConnectionNum)},
     };
     for (const ReplyBound& bound : bounds) {
         SCOPED_TRACE(bound.text);

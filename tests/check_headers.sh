@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Each public header compiles alone, as C and as C++: check_headers.sh CC CXX INCLUDE_DIR
+# Each public header compiles alone, as C and as C++, and a record's array fits the call that takes it:
+# check_headers.sh CC CXX INCLUDE_DIR
 set -euo pipefail
 
 for header in "$3"/KxIpcSDK/*.h; do
@@ -10,3 +11,7 @@ for header in "$3"/KxIpcSDK/*.h; do
             { echo "$name does not compile alone with $compiler"; exit 1; }
     done
 done
+
+printf '#include <KxIpcSDK/KxMedia.h>\nint draw(MotionSettingsInfo* m) { return Kx_IpcClient_DrawGrid(1, 0, m->map); }\n' |
+    $1 -std=c99 -x c -Wall -Wextra -pedantic -Werror -fsyntax-only -I"$3" - ||
+    { echo "a C application can not call Kx_IpcClient_DrawGrid"; exit 1; }

@@ -30,4 +30,5 @@ port=$(sed -n 's/.*listening on .*:\([0-9]*\)$/\1/p' "$scratch/log")
 for application in "$scratch/cmake/ftp_target" "$scratch/by_pkg_config"; do
     [ "$(KXCAM_PASSWORD=admin "$application" 127.0.0.1 "$port" admin | grep '^FTP')" = 'FTP target: ftp.example.org:2121' ]
 done
+(cd "$scratch" && KXCAM_PASSWORD=admin cmake/live_view 127.0.0.1 "$port" admin 1 | grep -E '^Saw [1-9][0-9]* pictures of [0-9]+x[0-9]+; the latest is .+\.jpg$')
 "$scratch/prefix/bin/kxcam" --version

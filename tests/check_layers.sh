@@ -11,7 +11,7 @@ may() {
         grep -vE "#include [\"<]($2)" || true)
     [ -z "$wrong" ] || { echo "$1 must not include:"; echo "$wrong"; failed=1; }
 }
-may src/Core 'Core/|KxIpcSDK/(KxSdk|KxSearch)\.h'
+may src/Core 'Core/|KxIpcSDK/(KxMedia|KxSdk|KxSearch)\.h'
 may src/Log 'Log/|KxIpcSDK/KxSdkLog\.h'
 may src/ZrThread 'ZrThread/'
 may src/inirw 'inirw/|Core/PrintText\.h'

@@ -16,8 +16,9 @@ enum KxError
 {
     KX_ERROR_NONE = 0, /**< nothing has failed yet, or Kx_Ipc_GetSystemInfo() has cleared the code */
     KX_ERROR_NOT_INITIALISED = 1, /**< Kx_Sdk_Init() has not been called, or Kx_Sdk_Destroy() since */
-    KX_ERROR_BUSY = 2,            /**< a search is running already; or a reply that makes no sense */
-    KX_ERROR_UNAUTHORISED = 3,    /**< the camera refused user name or password ("401 Unauthorized"); at
+    KX_ERROR_BUSY = 2,         /**< a search is running or a playback is open already; or a reply that makes
+                                         no sense */
+    KX_ERROR_UNAUTHORISED = 3, /**< the camera refused user name or password ("401 Unauthorized"); at
                                          login also "400 Bad Request" */
     KX_ERROR_UNKNOWN_USER = 4, /**< no session has this user id (for the id 0, which is nobody's, calls give
                                          #KX_ERROR_NETWORK as long as there is room for another session) */
@@ -25,8 +26,9 @@ enum KxError
                                          connection without an answer, or answered "400 Bad Request" */
     KX_ERROR_FORBIDDEN = 7,    /**< the camera answered "403 Forbidden", or the session is locked against
                                          account management */
-    KX_ERROR_LIVE_STATE = 9,   /**< live view runs and must not, or does not run and must */
-    KX_ERROR_NO_PLAYBACK = 10, /**< no playback is open in the session */
+    KX_ERROR_LIVE_STATE =
+        9, /**< live view runs and must not, or does not run and must, or was never opened */
+    KX_ERROR_NO_PLAYBACK = 10, /**< no playback is open in the session; or a recording can not be opened */
     KX_ERROR_FIRMWARE_REFUSED = 11, /**< the firmware file is not for this camera */
     KX_ERROR_NOT_FOUND = 12,        /**< the camera answered "404 Not Found"; at login also an empty answer */
     KX_ERROR_BAD_GATEWAY = 13       /**< the camera answered "502 Bad Gateway" */
@@ -37,7 +39,7 @@ enum KxError
  *
  * Ignores the broken-pipe signal (SIGPIPE) for the process, so that a camera that closes a connection early
  * can not end the application. Prints a line on standard output. Calling it again drops all sessions without
- * logging them out; do not while a search runs.
+ * logging them out, but stops their live views and playbacks; do not while a search runs.
  *
  * @return 0; or -1 when the streaming library can not be started (no error is set; the SDK stays unusable)
  */
@@ -45,7 +47,8 @@ KX_API int Kx_Sdk_Init(void);
 
 /**
  * Ends the SDK: stops live view and playback of every session, ends all sessions and background work. Waits for a
- * search to end, 6 seconds as a rule.
+ * search to end, 6 seconds as a rule. Let calls on other threads return first: a live view that another thread is just
+ * stopping may otherwise call back once more.
  *
  * Harmless before Kx_Sdk_Init() and when called twice. User ids are never given out again, also not after
  * another Kx_Sdk_Init(). Prints two lines on standard output.

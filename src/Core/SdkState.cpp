@@ -1,7 +1,8 @@
 #include "Core/SdkState.h"
 
 std::atomic<bool> g_bInit{false};
-CIpCameraManager* g_IpCameraManager = nullptr;
+std::atomic<CIpCameraManager*> g_IpCameraManager{nullptr};
+std::shared_mutex g_IpCameraManagerMutex;
 
 std::atomic<fSearchCallBack> m_fSearchCallBack{nullptr};
 std::atomic<void*> m_pSearchUser{nullptr};

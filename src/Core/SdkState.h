@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <shared_mutex>
 
 #include <pthread.h>
 
@@ -10,7 +11,8 @@
 class CIpCameraManager;
 
 extern std::atomic<bool> g_bInit; // between a successful Kx_Sdk_Init and Kx_Sdk_Destroy
-extern CIpCameraManager* g_IpCameraManager;
+extern std::atomic<CIpCameraManager*> g_IpCameraManager; // null: not initialised
+extern std::shared_mutex g_IpCameraManagerMutex; // shared by those who use the manager: it is not deleted
 
 extern std::atomic<fSearchCallBack> m_fSearchCallBack; // non-null while a search runs
 extern std::atomic<void*> m_pSearchUser;

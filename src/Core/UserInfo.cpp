@@ -74,13 +74,28 @@ void storeText(char (&field)[Size], const char* text)
     storeBytes(field, value, Size);
 }
 
+/// The fields that frame handlers read, each as a whole.
+void clearMedia(UserInfo& slot)
+{
+    slot.liveWord = 0;
+    slot.liveDataCallback = nullptr;
+    slot.liveDataUser = nullptr;
+    slot.livePlaying = 0;
+    slot.playbackWord = 0;
+    slot.playbackDataCallback = nullptr;
+    slot.playbackDataUser = nullptr;
+    slot.player = nullptr;
+}
+
 void clear(UserInfo& slot)
 {
-    static constexpr unsigned char zeros[sizeof(UserInfo)] = {};
+    constexpr std::size_t afterId = offsetof(UserInfo, label);
+    constexpr std::size_t size = offsetof(UserInfo, liveWord) - afterId;
+    static constexpr unsigned char zeros[size] = {};
     const SlotWriter writer(slot);
     slot.nUserId.store(0);
-    constexpr std::size_t afterId = offsetof(UserInfo, label);
-    storeBytes(reinterpret_cast<unsigned char*>(&slot) + afterId, zeros, sizeof slot - afterId);
+    clearMedia(slot);
+    storeBytes(reinterpret_cast<unsigned char*>(&slot) + afterId, zeros, size);
 }
 
 bool isCamera(const UserInfo& slot, const char* host, int port)

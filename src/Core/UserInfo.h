@@ -10,12 +10,9 @@
 #include <cstddef>
 #include <cstdint>
 
-class CRecordPlayer;
+#include <KxIpcSDK/KxMedia.h>
 
-/// Live frames and playback frames for the application: data type 0 video (packed 24-bit colour), 1 audio.
-using fLiveDataCallBack = void (*)(long userId, int dataType, const unsigned char* data, int size, int width,
-                                   int height, void* user);
-using fPlayDataCallBack = fLiveDataCallBack;
+class CRecordPlayer;
 
 /// One logged-in camera.
 struct UserInfo
@@ -27,14 +24,17 @@ struct UserInfo
     char user[64] = {};
     char password[32] = {};
     std::uint8_t adminLock = 0; // non-zero: account management is refused
-    std::uintptr_t liveWord = 0;
-    fLiveDataCallBack liveDataCallback = nullptr;
-    void* liveDataUser = nullptr;
-    std::uint8_t livePlaying = 0;
-    std::uintptr_t playbackWord = 0;
-    fPlayDataCallBack playbackDataCallback = nullptr;
-    void* playbackDataUser = nullptr;
-    CRecordPlayer* player = nullptr; // owned
+
+    // Read by frame handlers on the streaming library's threads. A callback and its user are written callback last and
+    // cleared callback first, so whoever reads the user first has a pair that belongs together.
+    std::atomic<std::uintptr_t> liveWord{0};
+    std::atomic<fLiveDataCallBack> liveDataCallback{nullptr};
+    std::atomic<void*> liveDataUser{nullptr};
+    std::atomic<std::uint8_t> livePlaying{0};
+    std::atomic<std::uintptr_t> playbackWord{0};
+    std::atomic<fPlayDataCallBack> playbackDataCallback{nullptr};
+    std::atomic<void*> playbackDataUser{nullptr};
+    std::atomic<CRecordPlayer*> player{nullptr}; // the session's; kept alive by media/MediaSession
 };
 
 inline constexpr std::size_t maxSessions = 500;

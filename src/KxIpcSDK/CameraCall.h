@@ -76,7 +76,8 @@ public:
     /// The camera's address as the application gave it at login.
     const char* host() const { return session_.host; }
 
-    /// The password that the session logs in with.
+    /// User and password that the session logs in with.
+    const char* user() const { return session_.user; }
     const char* password() const { return session_.password; }
 
     /// Ends the session, as a logout does.

@@ -3,6 +3,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <mutex>
 #include <thread>
 
 #include <KxIpcSDK/KxSdk.h>
@@ -46,22 +47,21 @@ bool proveLogin(UserInfo& session)
     return error == KX_ERROR_NONE;
 }
 
-void shutDownMedia(UserInfo& slot)
+void stopMedia()
 {
-    if (slot.nUserId >= firstUserId && slot.livePlaying != 0)
-        stopLiveView(slot, slot.nUserId);
-    if (slot.nUserId >= firstUserId && slot.player != nullptr)
-        stopPlayback(slot);
+    for (const UserInfo& slot : g_UserInfo) {
+        if (slot.nUserId >= firstUserId && slot.livePlaying != 0)
+            stopLiveView(slot.nUserId);
+        if (slot.nUserId >= firstUserId && slot.player != nullptr)
+            stopPlayback(slot.nUserId);
+    }
 }
 
-void logOutMedia(UserInfo& slot, long userId)
+/// Waits for those who use the manager, and leaves it to nobody any more. False when there is none.
+bool releaseManager()
 {
-    if (slot.livePlaying != 0) {
-        stopLiveView(slot, userId);
-        g_IpCameraManager->DelIpCamera(static_cast<int>(userId));
-    }
-    delete slot.player; // without stopping it first
-    slot.player = nullptr;
+    const std::unique_lock lock(g_IpCameraManagerMutex);
+    return g_IpCameraManager.exchange(nullptr) != nullptr;
 }
 
 void joinWorker(std::atomic<pthread_t*>& worker)
@@ -84,23 +84,23 @@ int Kx_Sdk_Init(void)
 {
     std::signal(SIGPIPE, SIG_IGN); // a camera that closes its connection early must not end the application
     std::printf("========Kx_Ipc_Init========\n");
+    stopMedia(); // of sessions that are about to be dropped: their frames must not reach those that follow
     clearAllSessions();
     m_fSearchCallBack = nullptr;
     m_pSearchUser = nullptr;
     g_IpCameraManager = CIpCameraManager::GetInstance();
-    g_bThreadOpenRtsp = g_IpCameraManager != nullptr;
-    g_bInit = g_IpCameraManager != nullptr;
-    return g_bInit ? 0 : -1;
+    const bool started = g_IpCameraManager != nullptr;
+    g_bThreadOpenRtsp = started;
+    g_bInit = started;
+    return started ? 0 : -1;
 }
 
 int Kx_Sdk_Destroy(void)
 {
     std::printf("========Kx_Ipc_Destroy========\n");
-    for (UserInfo& slot : g_UserInfo)
-        shutDownMedia(slot);
-    if (g_IpCameraManager != nullptr)
+    stopMedia();
+    if (releaseManager())
         CIpCameraManager::DeleteInstance();
-    g_IpCameraManager = nullptr;
     clearAllSessions();
     joinWorker(m_pThreadSearch);
     awaitSilentSearches();
@@ -149,7 +149,7 @@ bool closeSession(long userId)
     UserInfo* slot = beginClosing(userId);
     if (slot == nullptr)
         return false;
-    logOutMedia(*slot, userId);
+    endMedia(*slot, userId);
     endClosing(*slot);
     return true;
 }

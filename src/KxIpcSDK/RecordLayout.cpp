@@ -4,6 +4,7 @@
 
 #include <KxIpcSDK/KxAudio.h>
 #include <KxIpcSDK/KxCapabilities.h>
+#include <KxIpcSDK/KxMedia.h>
 #include <KxIpcSDK/KxNetwork.h>
 #include <KxIpcSDK/KxOsd.h>
 #include <KxIpcSDK/KxPtz.h>
@@ -300,3 +301,40 @@ FIELD(PtzRunStatus, fish_1_ptz_run_status, 8, 4);
 FIELD(PtzRunStatus, fish_2_ptz_run_status, 12, 4);
 FIELD(PtzRunStatus, fish_3_ptz_run_status, 16, 4);
 FIELD(PtzRunStatus, fish_4_ptz_run_status, 20, 4);
+
+RECORD(MotionSettingsInfo, 788);
+FIELD(MotionSettingsInfo, level, 0, 4);
+FIELD(MotionSettingsInfo, spaceTime, 4, 4);
+FIELD(MotionSettingsInfo, map, 8, 768);
+FIELD(MotionSettingsInfo, saveType, 776, 1);
+FIELD(MotionSettingsInfo, saveValue1, 780, 4);
+FIELD(MotionSettingsInfo, saveValue2, 784, 4);
+
+RECORD(RecordScheduleInfo, 20);
+FIELD(RecordScheduleInfo, day, 0, 4);
+FIELD(RecordScheduleInfo, startHour, 4, 4);
+FIELD(RecordScheduleInfo, startMinute, 8, 4);
+FIELD(RecordScheduleInfo, endHour, 12, 4);
+FIELD(RecordScheduleInfo, endMinute, 16, 4);
+
+RECORD(FoundFileInfo, 200);
+FIELD(FoundFileInfo, data, 0, 192);
+FIELD(FoundFileInfo, next, 192, 8);
+
+RECORD(KxLiveStatus, 104);
+FIELD(KxLiveStatus, framesReceived, 0, 8);
+FIELD(KxLiveStatus, framesDecoded, 8, 8);
+FIELD(KxLiveStatus, framesDelivered, 16, 8);
+FIELD(KxLiveStatus, framesDropped, 24, 8);
+FIELD(KxLiveStatus, bytesReceived, 32, 8);
+FIELD(KxLiveStatus, reconnects, 40, 8);
+FIELD(KxLiveStatus, motionAlarms, 48, 8);
+FIELD(KxLiveStatus, lastFrameTime, 56, 8);
+FIELD(KxLiveStatus, recordedBytes, 64, 8);
+FIELD(KxLiveStatus, recordedFrames, 72, 8);
+FIELD(KxLiveStatus, width, 80, 4);
+FIELD(KxLiveStatus, height, 84, 4);
+FIELD(KxLiveStatus, connected, 88, 4);
+FIELD(KxLiveStatus, refused, 92, 4);
+FIELD(KxLiveStatus, recording, 96, 4);
+FIELD(KxLiveStatus, reserved, 100, 4);
