@@ -15,9 +15,10 @@ case "${1:-}" in
 esac
 # A search multicasts, so it is shown where nobody else hears it.
 if [ "${1:-}" != --in-private-network ] && scripts/private_network.sh true 2>/dev/null; then
-    exec scripts/private_network.sh "$0" --in-private-network "$bin"
+    exec scripts/private_network.sh scripts/demo.sh --in-private-network "$bin"
 fi
 
+bin=$(realpath "$bin")
 scratch=$(mktemp -d)
 simulators=()
 trap '[ ${#simulators[@]} = 0 ] || kill "${simulators[@]}"; rm -rf "$scratch"' EXIT
@@ -71,6 +72,11 @@ run set ftp ftpip=ftp.example.org ftpipport=2121 ftppath=/front-door
 title "Read the change back, for a program this time"
 run get ftp --json
 
+title "Look through it: a picture, and five seconds of recording"
+cd "$scratch"
+run snapshot front-door.jpg
+run record front-door.avi --seconds 5
+
 title "Try a wrong password"
 echo "\$ export KXCAM_PASSWORD=guess"
 if KXCAM_PASSWORD=guess run get network; then
@@ -79,4 +85,4 @@ if KXCAM_PASSWORD=guess run get network; then
 fi
 
 title "What the camera saw"
-sed -e 1d -e 's/^/  /' "$scratch/camera0.log"
+sed -e '/ on [a-z]*:/d' -e 's/^/  /' "$scratch/camera0.log"

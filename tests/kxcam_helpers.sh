@@ -58,7 +58,7 @@ tell() {
 }
 # Whether the output is what kxcam calls JSON: one object of texts, numbers, truths and nulls, or of such objects.
 is_json() {
-    local value='("([^"\\[:cntrl:]]|\\["\\bfnrt]|\\u[0-9a-f]{4})*"|-?[0-9]+|true|false|null)' key='"[a-z0-9_]+": '
+    local value='("([^"\\[:cntrl:]]|\\["\\bfnrt]|\\u[0-9a-f]{4})*"|-?[0-9]+(\.[0-9]+)?|true|false|null)' key='"[a-z0-9_]+": '
     local flat="\{( +$key$value,)* +$key$value *\}"
     [[ $(tr -d '\n' <"$scratch/out") =~ ^($flat|\{("  "$key($flat|null),)*"  "$key($flat|null)\})$ ]]
 }

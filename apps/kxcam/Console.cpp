@@ -15,6 +15,8 @@ namespace kxcam
 namespace
 {
 
+std::FILE* remarks = stderr; // or a private copy of it
+
 constexpr std::size_t widestAlignedValue =
     40; // one long value must not push every description off the screen
 
@@ -88,6 +90,12 @@ void Console::hideDiagnostics()
     if (nowhere < 0)
         return;
     dup2(nowhere, STDOUT_FILENO);
+    const int copy = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    if (std::FILE* file = copy < 0 ? nullptr : fdopen(copy, "w")) {
+        std::setvbuf(file, nullptr, _IONBF, 0);
+        remarks = file;
+        dup2(nowhere, STDERR_FILENO);
+    }
     close(nowhere);
 }
 
@@ -132,7 +140,7 @@ void Console::finish()
 
 void remark(std::string_view text)
 {
-    std::fprintf(stderr, "kxcam: %.*s\n", static_cast<int>(text.size()), text.data());
+    std::fprintf(remarks, "kxcam: %.*s\n", static_cast<int>(text.size()), text.data());
 }
 
 } // namespace kxcam

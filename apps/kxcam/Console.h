@@ -2,8 +2,8 @@
 //
 // The library prints diagnostics on standard output. kxcam keeps a private copy of the original standard
 // output for itself and hands descriptor 1 to standard error, so that `kxcam get ftp --json | jq` sees JSON
-// and nothing else. As a person at a terminal is not helped by those lines either, they are dropped unless
-// --verbose asks for them.
+// and nothing else. As a person at a terminal is not helped by those lines either, nor by what the decoders write on
+// standard error, all of it is dropped unless --verbose asks for it.
 #pragma once
 
 #include <cstdio>
@@ -35,7 +35,7 @@ public:
     /// Whether a person watches.
     bool isTerminal() const { return terminal_; }
 
-    /// Drops what the library prints.
+    /// Drops what the library prints. Remarks are printed all the same.
     void hideDiagnostics();
 
     void print(std::string_view text);
@@ -48,6 +48,9 @@ public:
 
     /// Shows what was printed so far.
     void flush();
+
+    /// Whether what is printed gets nowhere: its reader has gone away, or the disk is full.
+    bool isBroken() const { return error_ != 0; }
 
     /// Makes sure that everything has been written. A reader that has gone away is no failure.
     void finish();

@@ -66,7 +66,7 @@ void SignalHold::restore()
     count_ = 0;
 }
 
-void SignalHold::pause(std::chrono::milliseconds time) const
+bool SignalHold::pause(std::chrono::milliseconds time) const
 {
     using Clock = std::chrono::steady_clock;
     const auto end = Clock::now() + time;
@@ -76,6 +76,7 @@ void SignalHold::pause(std::chrono::milliseconds time) const
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
         result = poll(&wait, 1, static_cast<int>(std::max<long>(left, 0)));
     } while (result < 0 && errno == EINTR);
+    return hasCome();
 }
 
 bool SignalHold::hasCome() const

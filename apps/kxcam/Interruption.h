@@ -26,8 +26,8 @@ public:
     SignalHold(const SignalHold&) = delete;
     SignalHold& operator=(const SignalHold&) = delete;
 
-    /// Waits, but no longer than until a signal comes, or not at all when one has come.
-    void pause(std::chrono::milliseconds time) const;
+    /// Waits, but no longer than until a signal comes, or not at all when one has come. Whether one has.
+    bool pause(std::chrono::milliseconds time) const;
 
     bool hasCome() const;
 

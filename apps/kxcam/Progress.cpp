@@ -14,17 +14,27 @@ std::string barOf(std::uint64_t done, std::uint64_t total)
     return bar;
 }
 
-ProgressLine::~ProgressLine()
+ProgressLine::ProgressLine(bool json, Console& console, Elsewhere elsewhere)
+    : console_(console), visible_(!json && (elsewhere == LineEach || console.isTerminal())),
+      redraws_(visible_ && console.isTerminal())
 {
-    if (shown_ > 0)
-        console_.printNow("\n");
 }
 
 void ProgressLine::show(const std::string& text)
 {
-    const std::string rest(shown_ - std::min(shown_, text.size()), ' '); // of a longer text before
-    console_.printNow("\r" + text + rest);
-    shown_ = text.size();
+    if (!visible_ || text == shown_)
+        return;
+    const std::string rest(shown_.size() - std::min(shown_.size(), text.size()),
+                           ' '); // of a longer text before
+    console_.printNow(redraws_ ? "\r" + text + rest : text + "\n");
+    shown_ = text;
+}
+
+void ProgressLine::finish()
+{
+    if (redraws_ && !shown_.empty())
+        console_.printNow("\n");
+    shown_.clear();
 }
 
 } // namespace kxcam

@@ -1,7 +1,6 @@
 // How far long work is, for the person who watches.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -13,21 +12,35 @@ namespace kxcam
 /// "[##########------------------------------]"
 std::string barOf(std::uint64_t done, std::uint64_t total);
 
-/// A line on the terminal that is written again and again in its place. It ends with this object, so that something else
-/// may follow.
+/// A line that changes: on a terminal it is written again and again in its place. It ends with this object, so that
+/// something else may follow. Programs that asked for JSON get nothing of it.
 class ProgressLine
 {
 public:
-    explicit ProgressLine(Console& console) : console_(console) {}
-    ~ProgressLine();
+    enum Elsewhere
+    {
+        LineEach, // a text that is not for a terminal is a line of its own
+        Nothing
+    };
+
+    ProgressLine(bool json, Console& console, Elsewhere elsewhere = LineEach);
+    ~ProgressLine() { finish(); }
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
 
+    bool redraws() const { return redraws_; }
+
+    /// A text that stands there already is not shown again.
     void show(const std::string& text);
+
+    /// What is printed next begins a line of its own.
+    void finish();
 
 private:
     Console& console_;
-    std::size_t shown_ = 0; // characters on the line
+    bool visible_;
+    bool redraws_;
+    std::string shown_;
 };
 
 } // namespace kxcam

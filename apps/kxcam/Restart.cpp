@@ -35,8 +35,7 @@ std::string versionAfterRestart(const Session& session, const std::optional<std:
         if (!version && Kx_Sdk_GetLastError() == KX_ERROR_UNAUTHORISED)
             throw sdkFailure("the camera has restarted; logging in");
         wasGone = wasGone || !version;
-        signals.pause(betweenQuestions);
-        if (signals.hasCome())
+        if (signals.pause(betweenQuestions))
             throw Interruption("no longer waiting; the camera has the file and goes on by itself");
     }
     const std::string time = std::to_string(patience.count()) + " seconds";

@@ -1,12 +1,11 @@
 #include "Transfer.h"
 
 #include <chrono>
-#include <cstdio>
-#include <optional>
 
 #include <KxIpcSDK/KxSdk.h>
 #include <KxIpcSDK/KxStorage.h>
 
+#include "Amounts.h"
 #include "Interruption.h"
 #include "Progress.h"
 
@@ -29,10 +28,9 @@ std::string durationText(double seconds)
 class Monitor
 {
 public:
-    Monitor(const SignalHold& signals, bool visible, Console& console) : signals_(signals)
+    Monitor(const SignalHold& signals, bool json, Console& console)
+        : signals_(signals), line_(json, console, ProgressLine::Nothing)
     {
-        if (visible)
-            line_.emplace(console);
         Kx_Sdk_SetTransferCallBack(report, this);
     }
     ~Monitor() { Kx_Sdk_SetTransferCallBack(nullptr, nullptr); }
@@ -48,8 +46,7 @@ private:
         auto& self = *static_cast<Monitor*>(monitor);
         self.done_ = done;
         self.total_ = total;
-        if (self.line_)
-            self.draw();
+        self.draw();
         return self.signals_.hasCome() ? 1 : 0;
     }
 
@@ -60,8 +57,8 @@ private:
         if (now - drawn_ < redraw && !last)
             return;
         drawn_ = now;
-        line_->show(last ? barOf(done_, total_) + " " + sizeText(done_) + ", waiting for the camera"
-                         : underWay(std::chrono::duration<double>(now - begin_).count()));
+        line_.show(last ? barOf(done_, total_) + " " + sizeText(done_) + ", waiting for the camera"
+                        : underWay(std::chrono::duration<double>(now - begin_).count()));
     }
 
     std::string underWay(double seconds) const
@@ -76,7 +73,7 @@ private:
     }
 
     const SignalHold& signals_;
-    std::optional<ProgressLine> line_;
+    ProgressLine line_;
     std::uint64_t done_ = 0;
     std::uint64_t total_ = 0;
     Clock::time_point begin_ = Clock::now();
@@ -85,19 +82,6 @@ private:
 
 } // namespace
 
-std::string sizeText(std::uint64_t bytes)
-{
-    if (bytes < 1000)
-        return std::to_string(bytes) + " bytes";
-    char text[32];
-    const auto size = static_cast<double>(bytes);
-    if (bytes < 1'000'000)
-        std::snprintf(text, sizeof text, "%.1f kB", size / 1e3);
-    else
-        std::snprintf(text, sizeof text, "%.1f MB", size / 1e6);
-    return text;
-}
-
 Transferred runTransfer(const std::function<int()>& call, bool json, const std::string& whenStopped,
                         Console& console)
 {
@@ -105,7 +89,7 @@ Transferred runTransfer(const std::function<int()>& call, bool json, const std::
     const long errorBefore = Kx_Sdk_GetLastError(); // only a failure leaves a new one
     Transferred end;
     {
-        Monitor monitor(signals, !json && console.isTerminal(), console);
+        Monitor monitor(signals, json, console);
         end.succeeded = call() == 0;
         end.bytes = monitor.done();
         end.total = monitor.total();

@@ -18,9 +18,6 @@ struct Transferred
     std::uint64_t total = 0; // bytes of the file in all; 0: not known
 };
 
-/// "12 bytes", "4.5 MB"
-std::string sizeText(std::uint64_t bytes);
-
 /// Runs a call of the SDK that moves a file. On a terminal, unless `json`, it shows how far that is. Ctrl-C stops it: an
 /// Interruption that says `whenStopped`.
 Transferred runTransfer(const std::function<int()>& call, bool json, const std::string& whenStopped,

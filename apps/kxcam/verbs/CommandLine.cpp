@@ -78,6 +78,10 @@ std::optional<ExitCode> parse(int argc, char** argv, CommandLine& line, Console&
     addRecordings(app, line);
     addUpload(app, line);
     addDownload(app, line);
+    addLive(app, line);
+    addSnapshot(app, line);
+    addRecord(app, line);
+    addPlay(app, line);
     try {
         app.parse(argc, argv);
         return std::nullopt;

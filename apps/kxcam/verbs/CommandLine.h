@@ -43,5 +43,9 @@ void addCard(CLI::App& app, CommandLine& line);
 void addRecordings(CLI::App& app, CommandLine& line);
 void addUpload(CLI::App& app, CommandLine& line);
 void addDownload(CLI::App& app, CommandLine& line);
+void addLive(CLI::App& app, CommandLine& line);
+void addSnapshot(CLI::App& app, CommandLine& line);
+void addRecord(CLI::App& app, CommandLine& line);
+void addPlay(CLI::App& app, CommandLine& line);
 
 } // namespace kxcam

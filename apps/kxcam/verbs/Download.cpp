@@ -1,10 +1,7 @@
 // kxcam download log|config|file|export: fetches a file of the camera's.
-#include <nlohmann/json.hpp>
-
 #include <KxIpcSDK/KxStorage.h>
 
 #include "Carriable.h"
-#include "Json.h"
 #include "Landing.h"
 #include "Transfer.h"
 #include "verbs/Subverbs.h"
@@ -35,14 +32,6 @@ struct Options
     std::string name; // the camera's
     std::string path; // the local one
 };
-
-void report(const std::string& path, std::uint64_t bytes, const CommandLine& line, Console& console)
-{
-    if (line.json)
-        printJson({{"saved", path}, {"bytes", bytes}}, console);
-    else
-        console.print("saved " + printable(path) + ", " + sizeText(bytes) + "\n");
-}
 
 /// Why nothing came, or not all of it. A failure without a code is the camera's refusal, or the local disk's.
 Failure failure(const Transferred& end, const std::string& what, const std::string& path, bool begun)
@@ -85,7 +74,7 @@ ExitCode fetch(const std::function<int(long userId, const char* path)>& call, co
                       task + " failed: the library takes 10 MB at most. The beginning is in " +
                           printable(part.path()));
     part.complete();
-    report(options.path, end.bytes, line, console);
+    reportSaved(options.path, end.bytes, line.json, console);
     return ExitCode::Ok;
 }
 
@@ -127,7 +116,7 @@ ExitCode file(const Options& options, const CommandLine& line, Console& console)
 ExitCode exportConfig(const Options& options, const CommandLine& line, Console& console)
 {
     const Session session(line.target);
-    const LandingDirectory landing(options.path);
+    LandingDirectory landing(options.path);
     const Transferred end =
         runTransfer([&] { return Kx_Ipc_ExportCfg(session.userId(), landing.path().c_str()); }, line.json,
                     "stopped; nothing is left of it", console);
@@ -135,7 +124,7 @@ ExitCode exportConfig(const Options& options, const CommandLine& line, Console& 
         throw failure(end, "the export from " + line.target.address(), options.path,
                       !std::filesystem::is_empty(landing.path()));
     const std::filesystem::path saved = landing.complete();
-    report(saved, std::filesystem::file_size(saved), line, console);
+    reportSaved(saved, std::filesystem::file_size(saved), line.json, console);
     return ExitCode::Ok;
 }
 

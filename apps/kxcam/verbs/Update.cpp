@@ -2,7 +2,6 @@
 #include <chrono>
 #include <limits>
 #include <memory>
-#include <optional>
 #include <thread>
 
 #include <CLI/CLI.hpp>
@@ -76,32 +75,12 @@ ExitCode start(const Options& options, const CommandLine& line, Console& console
     return ExitCode::Ok;
 }
 
-/// A bar that grows on a terminal; elsewhere a line for each step; for programs the end alone.
-class Display
+/// A bar that grows on a terminal; elsewhere a line for each step.
+std::string textOf(int progress, const ProgressLine& line)
 {
-public:
-    Display(bool json, Console& console) : json_(json), console_(console)
-    {
-        if (!json && console.isTerminal())
-            line_.emplace(console);
-    }
-
-    void show(int progress)
-    {
-        const std::string percent = std::to_string(progress) + " %";
-        if (line_)
-            line_->show(barOf(static_cast<unsigned>(progress), done) + " " + percent);
-        else if (!json_)
-            console_.printNow(percent + "\n");
-        else if (progress == done)
-            console_.print("{\"progress\": 100}\n");
-    }
-
-private:
-    bool json_;
-    Console& console_;
-    std::optional<ProgressLine> line_;
-};
+    const std::string percent = std::to_string(progress) + " %";
+    return line.redraws() ? barOf(static_cast<unsigned>(progress), done) + " " + percent : percent;
+}
 
 /// The SDK gives error codes and progress in the same place. Progress never falls.
 int progressAfter(int before, long userId, const std::string& camera)
@@ -120,12 +99,12 @@ int progressAfter(int before, long userId, const std::string& camera)
 ExitCode watch(const Options& options, const CommandLine& line, Console& console)
 {
     const Session session(line.target);
-    Display display(line.json, console);
+    ProgressLine display(line.json, console);
     int shown = -1;
     for (int polls = 0; shown != done; ++polls) {
         const int progress = progressAfter(shown, session.userId(), line.target.address());
         if (progress != shown) {
-            display.show(progress);
+            display.show(textOf(progress, display));
             shown = progress;
             polls = 0;
         } else if (polls == mostPolls) {
@@ -134,6 +113,8 @@ ExitCode watch(const Options& options, const CommandLine& line, Console& console
         if (shown != done)
             std::this_thread::sleep_for(std::chrono::milliseconds(options.interval));
     }
+    if (line.json)
+        console.print("{\"progress\": 100}\n");
     return ExitCode::Ok;
 }
 

@@ -7,6 +7,7 @@
 
 #include <KxIpcSDK/KxStorage.h>
 
+#include "Amounts.h"
 #include "Json.h"
 #include "Restart.h"
 #include "Terminal.h"
