@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,11 +11,13 @@
 
 #include <KxSim/SimCamera.h>
 
-/// Where a camera listens.
-struct Endpoint
+#include "Endpoint.h"
+
+/// The size of live pictures, 25 a second and without sound.
+struct LiveSize
 {
-    std::string host;
-    int port = 0;
+    int width;
+    int height;
 };
 
 /// Cameras of this process, each on a loopback address of its own: a client that connects thousands of times
@@ -22,11 +25,13 @@ struct Endpoint
 class Cameras
 {
 public:
-    explicit Cameras(std::size_t count);
+    explicit Cameras(std::size_t count, std::optional<LiveSize> live = {});
 
     const std::vector<Endpoint>& endpoints() const { return endpoints_; }
 
 private:
+    void add(std::size_t index, std::optional<LiveSize> live);
+
     std::vector<std::unique_ptr<kxsim::SimCamera>> cameras_;
     std::vector<Endpoint> endpoints_;
 };
@@ -36,7 +41,7 @@ private:
 class CameraProcess
 {
 public:
-    explicit CameraProcess(std::size_t count);
+    explicit CameraProcess(std::size_t count, std::optional<LiveSize> live = {});
     ~CameraProcess();
     CameraProcess(const CameraProcess&) = delete;
     CameraProcess& operator=(const CameraProcess&) = delete;

@@ -5,9 +5,9 @@
 /// "desc" line. Returns the program's exit code.
 int countInstructions(unsigned count);
 
-/// Prints "heap_growth BYTES" for `count` requests of the SDK. Returns the program's exit code.
+/// Prints "bytes/heap_growth BYTES" for `count` requests of the SDK. Returns the program's exit code.
 int measureHeapGrowth(unsigned count);
 
-/// Prints "upload_heap BYTES" on standard error, apart from what the SDK prints: the most that the SDK has taken of the
+/// Prints "bytes/upload_heap BYTES" on standard error, apart from what the SDK prints: the most that the SDK has taken of the
 /// heap while a firmware of nine megabytes went up. Returns the program's exit code.
 int measureUploadHeap();

@@ -42,6 +42,6 @@ int measureHeapGrowth(unsigned count)
         std::fprintf(stderr, "A request failed\n");
         return 1;
     }
-    std::printf("heap_growth %td\n", static_cast<std::ptrdiff_t>(after - before));
+    std::printf("bytes/heap_growth %td\n", static_cast<std::ptrdiff_t>(after - before));
     return 0;
 }

@@ -46,6 +46,6 @@ int measureUploadHeap()
         std::fprintf(stderr, "An upload failed\n");
         return 1;
     }
-    std::fprintf(stderr, "upload_heap %zu\n", most - std::min(most, before));
+    std::fprintf(stderr, "bytes/upload_heap %zu\n", most - std::min(most, before));
     return 0;
 }

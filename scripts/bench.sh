@@ -65,6 +65,9 @@ ROWS
         readers "a $size KB reply of lines \"OK key=value\"" ok "$size" KxSscanf KxSscanf
         readers "a $size KB reply of INI lines \"key=value\"" ini "$size" inirw iniGetValueFromStr
     done
+    echo "Heap"
+    echo "growth over $many requests | bytes/heap_growth | | | <= 0 B"
+    echo "taken while 9 MB go up | bytes/upload_heap | | | < 2000000 B"
 }
 
 readers() { # where from, style, size, our reader in the facts and in the table
@@ -74,47 +77,6 @@ readers() { # where from, style, size, our reader in the facts and in the table
     done
 }
 
-table() {
-    awk -F ' *[|] *' -v many="$many" '
-        function fact(name) {
-            if (name in value)
-                return value[name]
-            print "not measured: " name > "/dev/stderr"
-            failed = 1
-            exit 1
-        }
-        function figure(name) {
-            if (name ~ /^instructions/) return sprintf("%.0f", fact(name))
-            if (name ~ /^rate/) return sprintf("%.0f /s", fact(name))
-            return sprintf("%.1f us", fact(name) / 1000)
-        }
-        function goal(target, ratio,   limit) {
-            if (target == "") return ""
-            limit = substr(target, index(target, " ") + 1) + 0
-            return target ((target ~ /^<=/ ? ratio <= limit : ratio < limit) ? "  met" : "  MISSED")
-        }
-        function line(what, ours, other, its, ratio, target,   text) {
-            text = sprintf("%-45s %12s   %-18s %12s %7s   %s", what, ours, other, its, ratio, target)
-            sub(/ +$/, "", text)
-            print text
-        }
-        FNR == NR { split($0, pair, " "); value[pair[1]] = pair[2]; next }
-        FNR == 1 { line("what", "ours", "alternative", "its", "ratio", "target") }
-        NF == 1 { print "\n" $1; next }
-        {
-            ratio = fact($2) / fact($4)
-            line("  " $1, figure($2), $3, figure($4), sprintf("%.2f", ratio), goal($5, ratio))
-        }
-        END {
-            if (failed) exit 1
-            growth = fact("heap_growth")
-            print ""
-            line("Heap growth over " many " requests", growth " B", "", "", "", "0" (growth == 0 ? "  met" : "  MISSED"))
-            taken = fact("upload_heap")
-            line("Heap taken while 9 MB go up", taken " B", "", "", "", "< 2 MB" (taken < 2000000 ? "  met" : "  MISSED"))
-        }' <(facts) <(rows)
-}
-
 scripts/setup.sh
 step "Building ..."
 cmake --preset release -DKX_BUILD_BENCH=ON >/dev/null
@@ -122,7 +84,7 @@ cmake --build build/release --target kx_bench -- --quiet
 rm -rf "$results"
 mkdir -p "$results"
 measure
-table
+awk -f scripts/bench_table.awk <(facts) <(rows)
 cat <<'NOTE'
 
 ratio = ours / the alternative's, both taken in this run: of requests per second more is better, of all else less.
