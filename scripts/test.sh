@@ -7,4 +7,4 @@ preset=${1:-release}
 [ $# -gt 0 ] && shift
 scripts/setup.sh
 scripts/build.sh "$preset"
-ctest --test-dir "build/$preset" --output-on-failure --parallel "$(nproc)" "$@"
+ctest --test-dir "build/$preset" --output-on-failure --parallel "$(($(nproc) * 3 / 2))" "$@" # many of them wait
