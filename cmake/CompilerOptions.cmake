@@ -1,15 +1,15 @@
 # Warnings, hardening and sanitizers, for every target of this project.
 add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 
-# Tests and simulator are to be built quickly. To optimise them fully or to look for undefined behaviour in them, too,
-# would nearly double the time; and what gcc 12 warns of in joined strings then is not so.
+# Tests, simulator and consoles are to be built quickly. To optimise them fully or to look for undefined behaviour in
+# them, too, would nearly double the time; and what gcc 12 warns of in joined strings then is not so.
 if(KX_SANITIZE)
-    set(KX_UNSHIPPED_OPTIONS -O0 -fno-sanitize=undefined)
+    set(KX_QUICK_BUILD_OPTIONS -O0 -fno-sanitize=undefined)
 else()
-    set(KX_UNSHIPPED_OPTIONS -O1)
+    set(KX_QUICK_BUILD_OPTIONS -O1)
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    list(APPEND KX_UNSHIPPED_OPTIONS -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow)
+    list(APPEND KX_QUICK_BUILD_OPTIONS -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow)
 endif()
 
 if(KX_SANITIZE)

@@ -83,8 +83,8 @@ public:
     /// The counters of the main or the sub stream; false, and zeros, when it is not open.
     bool GetStreamStatus(bool mainStream, StreamStatus* status) const;
 
-    /// Where decoded frames of both streams go, and the sound of one of them; null: nowhere. Setting null returns when no call is running and none
-    /// will come, called from within the callback: when none will come after the running one.
+    /// Where decoded frames of both streams go, and the sound of one of them; null: nowhere. Setting null returns when no
+    /// call is running and none will come, called from within the callback: when none will come after the running one.
     void SetVideoBufCallBack(VideoBufCallBack callback, void* user);
     void SetAudioBufCallBack(AudioBufCallBack callback, void* user);
     /// Switches decoding of the main or the sub stream, on at first. What is off goes to no callback; recordings and
