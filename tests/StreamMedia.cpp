@@ -87,7 +87,7 @@ Media encodeVideo(const VideoKind& kind)
     AVDictionary* options = nullptr;
     av_dict_set(&options, "preset", "ultrafast", 0);
     av_dict_set(&options, "tune", "zerolatency", 0);
-    av_dict_set(&options, "x264-params", kind.x264, 0);
+    av_dict_set(&options, "x264-params", (std::string("scenecut=0:") + kind.parameters).c_str(), 0);
     EXPECT_EQ(avcodec_open2(encoder.get(), codec, &options), 0);
     av_dict_free(&options);
     return encodeAll(*encoder, kind.frames, [&](int number) {

@@ -26,7 +26,7 @@ struct VideoKind
     int frames = 50;
     AVRational rate{25, 1};
     int keyDistance = 25;
-    const char* x264 = "scenecut=0"; // its own options
+    const char* parameters = ""; // more of them, for libx264
 };
 
 inline constexpr int numberBars = 10;

@@ -359,7 +359,7 @@ TEST(Recording, CanBeDecodedAfterTheParameterSetsHaveChanged)
 {
     const ScratchDirectory directory;
     const Media before = encodeVideo({.frames = 30});
-    const Media after = encodeVideo({.frames = 30, .x264 = "scenecut=0:cabac=1"});
+    const Media after = encodeVideo({.frames = 30, .parameters = "cabac=1"});
     AviRecorder recorder;
     ASSERT_TRUE(recorder.startAt(directory / "clip.avi"));
     double begin = 0;

@@ -2,6 +2,7 @@
 #include "StreamTest.h"
 
 #include <future>
+#include <map>
 #include <stdexcept>
 
 #include "Descriptors.h"
@@ -221,16 +222,115 @@ TEST_F(StreamTest, WaitsForAKeyFrame)
     EXPECT_EQ(status().framesDropped, 0);
 }
 
-TEST_F(StreamTest, ShowsNoDamagedFrames)
+/// The brightness of what is shown, by its number.
+class PictureKeeper
 {
+public:
+    static int video(void*, void* user, unsigned char* pixels, int width, int height, int, float)
+    {
+        auto& self = *static_cast<PictureKeeper*>(user);
+        const auto number = kxsim::frameNumberOf(pixels, width, height);
+        const std::lock_guard lock(self.mutex_);
+        std::vector<unsigned char> picture(pixels, pixels + width * height * 3);
+        if (number)
+            self.pictures_.insert_or_assign(*number, std::move(picture));
+        else
+            ++self.unreadable_;
+        return 0;
+    }
+    std::map<unsigned, std::vector<unsigned char>> pictures() const
+    {
+        const std::lock_guard lock(mutex_);
+        return pictures_;
+    }
+    std::size_t size() const
+    {
+        const std::lock_guard lock(mutex_);
+        return pictures_.size();
+    }
+    int unreadable() const
+    {
+        const std::lock_guard lock(mutex_);
+        return unreadable_;
+    }
+
+private:
+    mutable std::mutex mutex_;
+    std::map<unsigned, std::vector<unsigned char>> pictures_;
+    int unreadable_ = 0;
+};
+
+class StreamLossTest : public StreamTest
+{
+protected:
+    ~StreamLossTest() override { camera->SetVideoBufCallBack(nullptr, nullptr); }
+
+    PictureKeeper undisturbed;
+    PictureKeeper disturbed;
+};
+
+TEST_F(StreamLossTest, ShowsNoDamagedFrames)
+{
+    setSize(160, 128); // one packet a frame, or a few
+    sim.setValue("ipratio1", "10");
+    constexpr unsigned compared = 100;
+    camera->SetVideoBufCallBack(PictureKeeper::video, &undisturbed);
+    ASSERT_EQ(openMain(), 0);
+    ASSERT_TRUE(comesTrue([&] { return undisturbed.size() >= compared; }));
+    camera->CloseMainStreamVideo();
+
+    camera->SetVideoBufCallBack(PictureKeeper::video, &disturbed);
     camera->SetTransport(StreamTransport::Udp);
-    setSize(640, 480); // several packets a frame
-    sim.setStreamFault({.kind = Kind::LosePackets, .every = 30});
+    sim.setStreamFault({.kind = Kind::LosePackets, .every = 11});
+    ASSERT_EQ(openMain(), 0);
+    EXPECT_TRUE(comesTrue([&] { return status().framesReceived >= compared; }));
+    const StreamStatus after = status();
+    camera->CloseMainStreamVideo();
+    EXPECT_GT(after.framesDropped, 0);
+    EXPECT_EQ(disturbed.unreadable(), 0);
+    EXPECT_GT(disturbed.size(), compared / 10);
+    const auto expected = undisturbed.pictures();
+    for (const auto& [number, picture] : disturbed.pictures())
+        EXPECT_TRUE(!expected.contains(number) || picture == expected.at(number)) << number;
+}
+
+/// What the application does with pictures delays neither what is read nor, for long, what is shown.
+TEST_F(StreamTest, KeepsUpWithTheCameraWhenTheCallBackIsSlow)
+{
+    g_streamTiming.late = 300ms;
+    viewer.onFrame = [] { std::this_thread::sleep_for(100ms); };
+    const auto quick = CIpCameraManager::GetInstance()->AddIpCamera(1001);
     watch();
     ASSERT_EQ(openMain(), 0);
-    EXPECT_TRUE(comesTrue([&] { return status().framesDropped >= 3; }));
-    EXPECT_TRUE(viewer.sees(3));
-    camera->CloseMainStreamVideo();
+    ASSERT_EQ(quick->OpenMainStreamVideo(url().c_str(), "admin", "admin"), 0);
+    StreamStatus other{};
+    ASSERT_TRUE(comesTrue([&] {
+        quick->GetStreamStatus(true, &other);
+        return other.framesReceived >= 100;
+    }));
+    const StreamStatus own = status();
+    const auto shown = viewer.numbers();
+    EXPECT_GE(own.framesReceived, other.framesReceived - rate) << "read within a second";
+    EXPECT_GE(shown.back() + rate, static_cast<unsigned>(own.framesReceived)) << "shown within a second";
+    EXPECT_GE(shown.size(), 20u);
+    EXPECT_GT(own.framesDropped, 20);
+    EXPECT_TRUE(std::is_sorted(shown.begin(), shown.end()));
+}
+
+TEST_F(StreamTest, ReadsOneStreamWhileTheOthersCallBackDoesNotReturn)
+{
+    g_streamTiming.late = 50ms;
+    std::promise<void> release;
+    viewer.onFrame = [released = release.get_future().share()] { released.wait(); };
+    watch();
+    ASSERT_EQ(openMain(), 0);
+    ASSERT_TRUE(viewer.sees(1));
+    ASSERT_EQ(openSub(), 0);
+    EXPECT_TRUE(comesTrue([&] { return status(false).framesReceived >= 2 * rate; }));
+    EXPECT_GE(status(false).framesDropped, rate);
+    EXPECT_EQ(viewer.frames().size(), 1u);
+    release.set_value();
+    EXPECT_TRUE(viewer.sees(5));
 }
 
 TEST_F(StreamTest, ShowsNothingOfStreamsThatAreNotWhatTheySay)

@@ -246,6 +246,17 @@ TEST_F(StreamSavingTest, FailsWhereNothingCanBeSaved)
     EXPECT_LT(timeOf([&] { EXPECT_EQ(camera->SaveImage(1, 1), -1); }), 3s) << "no picture came";
 }
 
+TEST_F(StreamSavingTest, SavesNoPictureOfAStreamThatHasBrokenOff)
+{
+    g_streamTiming.firstImage = 50ms;
+    g_streamTiming.firstPause = 10s;
+    ASSERT_EQ(openMain(), 0);
+    ASSERT_TRUE(comesTrue([&] { return camera->SaveImage(1, 1) == 0; }));
+    sim.setStreamFault({.kind = kxsim::StreamFault::Kind::Disconnect});
+    ASSERT_TRUE(comesTrue([&] { return status().connected == 0; }));
+    EXPECT_EQ(camera->SaveImage(1, 1), -1);
+}
+
 TEST_F(StreamSavingTest, SavesWhatMoves)
 {
     sim.setValue("ipratio1", "10");

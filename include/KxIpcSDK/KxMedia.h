@@ -97,12 +97,12 @@ typedef struct FoundFileInfo
 /** Counters of a live stream since it was opened. */
 typedef struct KxLiveStatus
 {
-    int64_t framesReceived;  /**< pictures that came whole */
-    int64_t framesDecoded;   /**< 0 while nobody wants them decoded */
+    int64_t framesReceived;  /**< pictures that came whole; known of one when the next begins */
+    int64_t framesDecoded;   /**< 0 while nobody wants them decoded, unless key frames are very far apart */
     int64_t framesDelivered; /**< handed to the session's callback; 0 without one */
     int64_t
-        framesDropped; /**< pictures that are not shown: damaged, or what they refer to was lost; counted while
-                                  pictures are decoded */
+        framesDropped; /**< pictures that are not shown: damaged, what they refer to was lost, or the callback takes too
+                                  long; counted while pictures are decoded */
     int64_t bytesReceived;  /**< of pictures and sound */
     int64_t reconnects;     /**< how often the stream broke off and was opened again */
     int64_t motionAlarms;   /**< see Kx_IpcClient_SetMotionSettings() */

@@ -1,5 +1,7 @@
 #include "ipcctl/CallBacks.h"
 
+#include "ipcctl/StreamTiming.h"
+
 void CallBacks::setVideo(VideoBufCallBack callback, void* user)
 {
     Lock lock(mutex_);
@@ -34,7 +36,7 @@ bool CallBacks::wantAudio() const
     return audio_.function != nullptr;
 }
 
-bool CallBacks::show(const ShownPicture& picture, const std::atomic<bool>& stopped)
+CallBacks::Outcome CallBacks::show(const ShownPicture& picture, const std::atomic<bool>& stopped)
 {
     return call(video_, stopped, picture.pixels, picture.width, picture.height, picture.frameType,
                 picture.frameRate);
@@ -42,8 +44,9 @@ bool CallBacks::show(const ShownPicture& picture, const std::atomic<bool>& stopp
 
 bool CallBacks::play(const Sound& sound, const std::atomic<bool>& stopped)
 {
-    return isHeard(&stopped) && call(audio_, stopped, sound.samples.data(),
-                                     static_cast<int>(sound.samples.size()), sound.channels);
+    return isHeard(&stopped) &&
+           call(audio_, stopped, sound.samples.data(), static_cast<int>(sound.samples.size()),
+                sound.channels) == Outcome::Called;
 }
 
 bool CallBacks::isHeard(const void* speaker)
@@ -65,12 +68,16 @@ void CallBacks::noticeStopped()
 }
 
 template <typename Function, typename... Arguments>
-bool CallBacks::call(const Target<Function>& target, const std::atomic<bool>& stopped, Arguments... arguments)
+CallBacks::Outcome CallBacks::call(const Target<Function>& target, const std::atomic<bool>& stopped,
+                                   Arguments... arguments)
 {
     Lock lock(mutex_);
-    turn_.wait(lock, [&] { return running_ == std::thread::id() || stopped; });
+    const bool free =
+        turn_.wait_for(lock, g_streamTiming.late, [&] { return running_ == std::thread::id() || stopped; });
     if (stopped || target.function == nullptr)
-        return false;
+        return Outcome::Unwanted;
+    if (!free)
+        return Outcome::Busy;
     const Target<Function> called = target;
     running_ = std::this_thread::get_id();
     lock.unlock();
@@ -82,7 +89,7 @@ bool CallBacks::call(const Target<Function>& target, const std::atomic<bool>& st
     running_ = std::thread::id();
     ++calls_;
     turn_.notify_all();
-    return true;
+    return Outcome::Called;
 }
 
 /// Not for the calls that come after the running one: there may always be one.

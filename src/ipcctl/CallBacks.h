@@ -39,9 +39,16 @@ public:
     bool wantVideo() const;
     bool wantAudio() const;
 
-    /// False when nobody wants it, or the caller was stopped before its turn came. Callers are told apart by their flags:
-    /// of two that have sound, one is heard, the other when the first has been silent for a while.
-    bool show(const ShownPicture& picture, const std::atomic<bool>& stopped);
+    enum class Outcome
+    {
+        Called,
+        Unwanted, // by anybody, or the caller was stopped before its turn came
+        Busy      // for too long: a call that does not return must not keep another stream from being read
+    };
+
+    Outcome show(const ShownPicture& picture, const std::atomic<bool>& stopped);
+    /// Whether it was called. Callers are told apart by their flags: of two that have sound, one is heard, the other when
+    /// the first has been silent for a while.
     bool play(const Sound& sound, const std::atomic<bool>& stopped);
 
     /// To be called after one of those flags was set: no call begins any more for those who it belongs to.
@@ -60,7 +67,7 @@ private:
 
     bool isHeard(const void* speaker);
     template <typename Function, typename... Arguments>
-    bool call(const Target<Function>& target, const std::atomic<bool>& stopped, Arguments... arguments);
+    Outcome call(const Target<Function>& target, const std::atomic<bool>& stopped, Arguments... arguments);
     void waitForRunning(Lock& lock);
 
     void* const source_;

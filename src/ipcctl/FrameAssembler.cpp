@@ -2,12 +2,33 @@
 
 #include <cstring>
 
+#include "ipcctl/AnnexB.h"
 #include "ipcctl/VideoDecoder.h"
 
 namespace
 {
 
 constexpr std::int64_t mostPending = 32 << 20; // of a frame that never ends
+
+struct Size
+{
+    int width = 0;
+    int height = 0;
+};
+
+/// Of a JPEG picture, by its header; zeros when it has none.
+Size sizeOfJpeg(Bytes bytes)
+{
+    const auto number = [&](std::size_t at) { return bytes[at] << 8 | bytes[at + 1]; };
+    std::size_t at = 2; // behind the mark that begins the picture
+    while (at + 9 <= bytes.size() && bytes[at] == 0xFF) {
+        const int mark = bytes[at + 1];
+        if (mark >= 0xC0 && mark <= 0xC3)
+            return {.width = number(at + 7), .height = number(at + 5)};
+        at += 2 + static_cast<std::size_t>(number(at + 2));
+    }
+    return {};
+}
 
 } // namespace
 
@@ -22,6 +43,8 @@ bool FrameAssembler::open(const AVCodecParameters& described)
         return false;
     silence(*context_);
     context_->ticks_per_frame = described.codec_id == AV_CODEC_ID_H264 ? 2 : 1; // H.264 counts fields
+    givesUnits_ = described.codec_id == AV_CODEC_ID_H264;
+    units_ = {};
     beginParsing();
     return true;
 }
@@ -33,18 +56,49 @@ void FrameAssembler::beginParsing()
     pending_ = 0;
 }
 
-void FrameAssembler::take(const AVPacket& packet, const Taker& taker)
+void FrameAssembler::take(const AVPacket& packet, const Takers& takers)
 {
-    if (parser_ != nullptr) {
-        parse(packet, taker);
+    if (parser_ == nullptr) {
+        takeWhole(packet, takers);
         return;
     }
-    if (!knowsFormat() && (packet.flags & AV_PKT_FLAG_KEY) != 0)
-        measureByDecoding(packet);
-    taker(packet);
+    if (givesUnits_ && UnitAssembler::begins(packet))
+        units_.end(takers.unit);
+    parse(packet, takers);
+    if (!givesUnits_)
+        return;
+    units_.take(packet, takers.unit);
+    givesUnits_ = !units_.wasWrong();
+    if (!givesUnits_)
+        takers.startOver();
 }
 
-void FrameAssembler::parse(const AVPacket& packet, const Taker& taker)
+void FrameAssembler::end(const Takers& takers)
+{
+    if (!givesUnits_ || !units_.isComplete() || pending_ == 0)
+        return;
+    std::uint8_t* frame = nullptr;
+    int size = 0;
+    av_parser_parse2(parser_.get(), context_.get(), &frame, &size, nullptr, 0, AV_NOPTS_VALUE, AV_NOPTS_VALUE,
+                     0);
+    if (size > 0)
+        hand(frame, size, takers);
+}
+
+void FrameAssembler::takeWhole(const AVPacket& packet, const Takers& takers)
+{
+    const Size size =
+        parameters_->codec_id == AV_CODEC_ID_MJPEG ? sizeOfJpeg(bytesOf(packet.data, packet.size)) : Size{};
+    if (size.width > 0 && size.height > 0) {
+        parameters_->width = size.width;
+        parameters_->height = size.height;
+    } else if (!knowsFormat() && (packet.flags & AV_PKT_FLAG_KEY) != 0) {
+        measureByDecoding(packet);
+    }
+    takers.frame(packet);
+}
+
+void FrameAssembler::parse(const AVPacket& packet, const Takers& takers)
 {
     const std::uint8_t* rest = packet.data;
     int restSize = packet.size;
@@ -59,7 +113,7 @@ void FrameAssembler::parse(const AVPacket& packet, const Taker& taker)
         rest += used;
         restSize -= used;
         if (frameSize > 0)
-            hand(frame, frameSize, taker);
+            hand(frame, frameSize, takers);
         else if (used <= 0)
             return;
         pending_ = frameSize > 0 ? 0 : pending_ + used;
@@ -69,7 +123,7 @@ void FrameAssembler::parse(const AVPacket& packet, const Taker& taker)
 }
 
 /// A frame of its own, as others keep it.
-void FrameAssembler::hand(const std::uint8_t* data, int size, const Taker& taker)
+void FrameAssembler::hand(const std::uint8_t* data, int size, const Takers& takers)
 {
     if (av_new_packet(frame_.get(), size) < 0)
         return;
@@ -85,7 +139,7 @@ void FrameAssembler::hand(const std::uint8_t* data, int size, const Taker& taker
             measureByDecoding(*frame_);
         }
     }
-    taker(*frame_);
+    takers.frame(*frame_);
     av_packet_unref(frame_.get());
 }
 

@@ -4,22 +4,31 @@
 #include <functional>
 
 #include "ipcctl/Av.h"
+#include "ipcctl/UnitAssembler.h"
 
 /// Puts frames together, marks the key frames and learns from them how large the pictures are. FFmpeg's inputs would do
 /// the same unless told not to, but keep what they learn to themselves and have a lot to say about damaged streams.
 ///
-/// Of H.264 and H.265, a frame is known to be whole when the next one begins.
+/// Of H.264 and H.265, a frame is known to be whole when the next one begins. The units of H.264 are handed on before.
 class FrameAssembler
 {
 public:
-    using Taker = std::function<void(const AVPacket& frame)>;
+    /// What is handed on. The units of a frame come before it, all of them or none.
+    struct Takers
+    {
+        std::function<void(const AVPacket& frame)> frame;
+        std::function<void(const AVPacket& unit)> unit;
+        std::function<void()> startOver; // some unit was not as it is: no more of them
+    };
 
     /// @param described  as the stream's description has it
     /// False when there is no memory.
     bool open(const AVCodecParameters& described);
 
     /// Takes a packet as it came, and hands on the frame or frames that it completes.
-    void take(const AVPacket& packet, const Taker& taker);
+    void take(const AVPacket& packet, const Takers& takers);
+    /// No packet will come: hands on the last frame, if it seems to be whole.
+    void end(const Takers& takers);
 
     /// Whether a key frame has told the size of the pictures.
     bool knowsFormat() const { return parameters_ != nullptr && parameters_->width > 0; }
@@ -34,8 +43,9 @@ private:
     };
 
     void beginParsing();
-    void parse(const AVPacket& packet, const Taker& taker);
-    void hand(const std::uint8_t* data, int size, const Taker& taker);
+    void takeWhole(const AVPacket& packet, const Takers& takers);
+    void parse(const AVPacket& packet, const Takers& takers);
+    void hand(const std::uint8_t* data, int size, const Takers& takers);
     bool isKeyFrame() const;
     void measureByDecoding(const AVPacket& keyFrame);
 
@@ -44,4 +54,6 @@ private:
     std::unique_ptr<AVCodecParserContext, ParserFree> parser_; // null: packets are frames
     PacketPtr frame_;
     std::int64_t pending_ = 0; // bytes of the frame that is not whole yet
+    UnitAssembler units_;
+    bool givesUnits_ = false;
 };

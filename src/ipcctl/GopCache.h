@@ -6,19 +6,19 @@
 
 #include "ipcctl/Av.h"
 
-/// Lets decoding begin in between. Of a stream whose key frames are too far apart, only the key frame is kept.
+/// Lets decoding begin in between. Where key frames are too far apart for that, nothing is kept from some time on.
 class GopCache
 {
 public:
     using Packets = std::vector<PacketPtr>;
 
+    /// Whether the packet can be added; else decoding must have begun by then to go on.
+    bool hasRoomFor(const AVPacket& packet) const;
     void add(const AVPacket& packet);
     void clear();
 
-    /// In their order; empty before the first key frame.
+    /// In their order; empty before the first key frame, and where there was no room.
     const Packets& packets() const { return packets_; }
-    /// Whether the latest packet can be decoded by means of those before it.
-    bool isWhole() const { return whole_; }
 
 private:
     static constexpr std::size_t mostPackets = 300;
@@ -26,5 +26,5 @@ private:
 
     Packets packets_;
     std::size_t bytes_ = 0;
-    bool whole_ = false;
+    bool full_ = false; // until the next key frame
 };

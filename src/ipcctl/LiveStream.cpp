@@ -23,8 +23,9 @@ std::int64_t millisecondsSince1970()
 } // namespace
 
 LiveStream::LiveStream(StreamAddress address, std::shared_ptr<CallBacks> callBacks)
-    : address_(std::move(address)), callBacks_(std::move(callBacks)), video_(callBacks_, counters_, stopped_),
-      videoTime_(Clock::now(), &soundTime_), soundTime_(Clock::now(), &videoTime_)
+    : address_(std::move(address)), callBacks_(std::move(callBacks)), backlog_(Clock::now()),
+      video_(callBacks_, counters_, backlog_, stopped_), videoTime_(Clock::now(), &soundTime_),
+      soundTime_(Clock::now(), &videoTime_)
 {
 }
 
@@ -118,6 +119,7 @@ void LiveStream::keepOpen()
             enter(Phase::Open);
             const auto begun = Clock::now();
             receive(source);
+            video_.end();
             counters_.connected = false;
             if (Clock::now() - begun > untilNext) // else the camera can not do what it agreed to
                 untilNext = g_streamTiming.firstPause;
@@ -136,6 +138,7 @@ bool LiveStream::begin(const RtspSource& source)
     videoTime_.breakOff();
     soundTime_.breakOff();
     rate_ = {};
+    backlog_.begin(Clock::now());
     sinks_.beginAnew();
     soundKnown_ = source.sound() != nullptr && sound_.open(*source.sound()->codecpar);
     return source.video() == nullptr ||
@@ -146,24 +149,41 @@ bool LiveStream::begin(const RtspSource& source)
 void LiveStream::receive(RtspSource& source)
 {
     const PacketPtr packet(av_packet_alloc());
-    while (packet != nullptr && source.read(*packet) && !stopped_) {
+    const FrameAssembler::Takers takers{.frame = [&](const AVPacket& frame) { takeFrame(frame, source); },
+                                        .unit = [&](const AVPacket& unit) { video_.takeUnit(unit); },
+                                        .startOver = [&] { video_.startOver(); }};
+    while (packet != nullptr && read(source, *packet) && !stopped_) {
         counters_.bytesReceived += packet->size;
         if (source.video() != nullptr && packet->stream_index == source.video()->index)
-            frames_.take(*packet, [&](const AVPacket& frame) { takeFrame(frame, source); });
+            frames_.take(*packet, takers);
         else if (source.sound() != nullptr && packet->stream_index == source.sound()->index)
             takeSound(*packet, source);
         av_packet_unref(packet.get());
     }
+    if (source.video() != nullptr)
+        frames_.end(takers);
+}
+
+bool LiveStream::read(RtspSource& source, AVPacket& packet)
+{
+    const auto begun = Clock::now();
+    const bool success = source.read(packet);
+    backlog_.noteWait(Clock::now() - begun);
+    return success;
 }
 
 void LiveStream::takeFrame(const AVPacket& frame, const RtspSource& source)
 {
-    const double time = videoTime_.place(inMilliseconds(frame.pts, source.video()->time_base), Clock::now());
+    const auto now = Clock::now();
+    const double time = videoTime_.place(inMilliseconds(frame.pts, source.video()->time_base), now);
+    backlog_.noteFrame(time, now);
     rate_.add(time);
     ++counters_.framesReceived;
     counters_.lastFrameTime = millisecondsSince1970();
-    if (!frames_.knowsFormat())
-        return; // nothing can be done with what comes before the first key frame
+    if (!frames_.knowsFormat()) { // nothing can be done with what comes before the first key frame
+        video_.startOver();
+        return;
+    }
     noticeSize();
     sinks_.takeVideo(frame, time, format(source));
     video_.take(frame, static_cast<float>(av_q2d(frameRate())));

@@ -7,6 +7,7 @@
 #include <mutex>
 #include <thread>
 
+#include "ipcctl/Backlog.h"
 #include "ipcctl/CallBacks.h"
 #include "ipcctl/FrameAssembler.h"
 #include "ipcctl/PacketSinks.h"
@@ -54,6 +55,7 @@ private:
     void keepOpen();
     bool begin(const RtspSource& source);
     void receive(RtspSource& source);
+    bool read(RtspSource& source, AVPacket& packet);
     void takeFrame(const AVPacket& frame, const RtspSource& source);
     void takeSound(const AVPacket& packet, const RtspSource& source);
     void noticeSize();
@@ -69,6 +71,7 @@ private:
     std::atomic<bool> opened_{false};
 
     // The reader's own.
+    Backlog backlog_;
     VideoFeed video_;
     PacketSinks sinks_;
     SoundDecoder sound_;

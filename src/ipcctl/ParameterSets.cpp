@@ -1,15 +1,9 @@
 #include "ipcctl/ParameterSets.h"
 
-#include <algorithm>
-#include <array>
-#include <span>
+#include "ipcctl/AnnexB.h"
 
 namespace
 {
-
-using Bytes = std::span<const std::uint8_t>;
-
-constexpr std::array<std::uint8_t, 3> startCode{0, 0, 1};
 
 bool isParameterSet(AVCodecID codec, std::uint8_t unit)
 {
@@ -24,22 +18,13 @@ bool isPicture(AVCodecID codec, std::uint8_t unit)
 /// Whether parameter sets come before the first picture.
 bool hasParameterSets(AVCodecID codec, Bytes bytes)
 {
-    for (;;) {
-        const auto found = std::search(bytes.begin(), bytes.end(), startCode.begin(), startCode.end());
-        if (bytes.end() - found <= static_cast<std::ptrdiff_t>(startCode.size()))
-            return false;
-        const std::uint8_t unit = found[startCode.size()];
-        if (isParameterSet(codec, unit))
+    for (Bytes unit = nextUnit(bytes); !unit.empty(); unit = nextUnit(bytes)) {
+        if (isParameterSet(codec, unit[0]))
             return true;
-        if (isPicture(codec, unit))
+        if (isPicture(codec, unit[0]))
             return false;
-        bytes = {found + startCode.size(), bytes.end()};
     }
-}
-
-Bytes bytesOf(const std::uint8_t* data, int size)
-{
-    return {data, static_cast<std::size_t>(std::max(size, 0))};
+    return false;
 }
 
 } // namespace

@@ -14,7 +14,9 @@ struct StreamTiming
     Milliseconds teardown{200};        // until the camera has been told that a stream ends
     Milliseconds close{900}; // that closing waits for readers and disks, which are left to themselves then
     Milliseconds firstImage{5'000}; // until there is a picture to save
-    Milliseconds fullDisk{10'000};  // until automatic recording is tried again
+    Milliseconds late{300}; // that pictures may be shown behind their time, or a stream waits to show one
+    Milliseconds longestBlank{1'000}; // after which a picture is shown however late it is
+    Milliseconds fullDisk{10'000};    // until automatic recording is tried again
     Milliseconds fileStep{5'000}; // that opening a recording, or reading the next packet of it, takes at most
     int playFaster{1};            // how many times as fast recordings play as they should
 };

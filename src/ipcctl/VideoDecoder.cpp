@@ -14,20 +14,48 @@ bool VideoDecoder::open(const AVCodecParameters& parameters, Delay delay)
     context_->max_pixels = mostPixels;
     if (delay == Delay::None)
         context_->flags |= AV_CODEC_FLAG_LOW_DELAY;
+    countsRows_ = delay == Delay::None && codec->id == AV_CODEC_ID_H264;
+    if (countsRows_)
+        takeInPieces();
+    rows_ = 0;
     return avcodec_open2(context_.get(), codec, nullptr) == 0;
+}
+
+/// FFmpeg's decoder would conceal, after each piece, that the others are not there yet: three times the work. Without that,
+/// it takes each slice but the first for one whose predecessor is missing. What tells instead is that rows are missing.
+void VideoDecoder::takeInPieces()
+{
+    context_->flags2 |= AV_CODEC_FLAG2_CHUNKS;
+    context_->error_concealment = 0;
+    context_->draw_horiz_band = countRows;
+    context_->opaque = this;
+}
+
+void VideoDecoder::countRows(AVCodecContext* context, const AVFrame*, int*, int, int, int height)
+{
+    static_cast<VideoDecoder*>(context->opaque)->rows_ += height;
 }
 
 bool VideoDecoder::send(const AVPacket* packet)
 {
-    return avcodec_send_packet(context_.get(), packet) == 0;
+    return context_ != nullptr && avcodec_send_packet(context_.get(), packet) == 0;
 }
 
 const AVFrame* VideoDecoder::receive()
 {
-    return avcodec_receive_frame(context_.get(), frame_.get()) == 0 ? frame_.get() : nullptr;
+    return context_ != nullptr && avcodec_receive_frame(context_.get(), frame_.get()) == 0 ? frame_.get()
+                                                                                           : nullptr;
+}
+
+bool VideoDecoder::isDamaged(bool slices) const
+{
+    const int told =
+        frame_->decode_error_flags & (countsRows_ && slices ? ~FF_DECODE_ERROR_DECODE_SLICES : ~0);
+    return told != 0 || lacksRows() || (frame_->flags & AV_FRAME_FLAG_CORRUPT) != 0;
 }
 
 void VideoDecoder::flush()
 {
     avcodec_flush_buffers(context_.get());
+    rows_ = 0;
 }

@@ -19,10 +19,16 @@ public:
         AsEncoded // for recordings of any origin
     };
 
-    /// False when there is no decoder for it.
+    VideoDecoder() = default;
+    VideoDecoder(const VideoDecoder&) = delete; // FFmpeg's decoder knows where it is
+    VideoDecoder& operator=(const VideoDecoder&) = delete;
+
+    /// False when there is no decoder for it. May be called again.
     bool open(const AVCodecParameters& parameters, Delay delay);
 
-    /// Takes a packet, beginning at a key frame, or null for the end, after which the pictures held back come out.
+    /// Takes a packet, beginning at a key frame, or null for the end, after which the pictures held back come out. Of
+    /// H.264 without delay, a packet may be a part of a frame, some units: its picture is there with the one that reaches
+    /// the bottom.
     /// False when it can not be decoded.
     bool send(const AVPacket* packet);
 
@@ -32,13 +38,22 @@ public:
     /// Forgets what came before: the next packet is a key frame from somewhere else.
     void flush();
 
+    /// By how many packets pictures come out later than theirs, as far as is known.
+    int delay() const { return context_ != nullptr ? context_->has_b_frames : 0; }
+    /// Whether parts of the picture that was received last were lost, or something that it refers to.
+    /// @param slices  it may consist of several
+    bool isDamaged(bool slices) const;
+    /// Of H.264 without delay: whether a part is missing of what was decoded since beginPicture.
+    bool lacksRows() const { return countsRows_ && context_ != nullptr && rows_ < context_->height; }
+    void beginPicture() { rows_ = 0; }
+
 private:
+    void takeInPieces();
+    static void countRows(AVCodecContext* context, const AVFrame* frame, int* offset, int y, int type,
+                          int height);
+
+    bool countsRows_ = false;
+    int rows_ = 0; // of pixels
     CodecContextPtr context_;
     FramePtr frame_;
 };
-
-/// Whether parts of a picture were lost, or something that it refers to.
-inline bool isDamaged(const AVFrame& frame)
-{
-    return frame.decode_error_flags != 0 || (frame.flags & AV_FRAME_FLAG_CORRUPT) != 0;
-}

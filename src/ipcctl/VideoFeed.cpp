@@ -1,52 +1,84 @@
 #include "ipcctl/VideoFeed.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "ipcctl/StreamTiming.h"
 
 namespace
 {
 
-/// The picture of the last packet, as far as it is undamaged; else the one before.
+/// The latest picture that can be shown.
 FramePtr decodeLast(const AVCodecParameters& parameters, const GopCache::Packets& packets)
 {
     FramePtr last(av_frame_alloc());
-    VideoDecoder decoder;
+    LiveDecoder decoder;
     bool found = false;
-    if (last == nullptr || !decoder.open(parameters, VideoDecoder::Delay::None))
+    if (last == nullptr || !decoder.open(parameters))
         return nullptr;
     for (const PacketPtr& packet : packets) {
-        decoder.send(packet.get());
+        decoder.send(*packet);
         while (const AVFrame* frame = decoder.receive()) {
-            if (isDamaged(*frame))
-                continue;
             av_frame_unref(last.get());
             found = av_frame_ref(last.get(), frame) == 0;
         }
+        decoder.endFrame();
     }
     return found ? std::move(last) : nullptr;
+}
+
+bool isKeyFrame(const AVPacket& frame)
+{
+    return (frame.flags & AV_PKT_FLAG_KEY) != 0;
 }
 
 } // namespace
 
 bool VideoFeed::begin(const AVCodecParameters& parameters)
 {
-    endDecoding();
+    end();
     const std::lock_guard lock(mutex_);
-    gop_.clear();
     parameters_.reset(avcodec_parameters_alloc());
     return parameters_ != nullptr && avcodec_parameters_copy(parameters_.get(), &parameters) >= 0 &&
-           decoder_.open(parameters, VideoDecoder::Delay::None);
+           decoder_.open(parameters);
 }
 
-void VideoFeed::take(const AVPacket& packet, float frameRate)
+void VideoFeed::takeUnit(const AVPacket& unit)
 {
-    keep(packet);
+    const bool isFirst = !std::exchange(unitsCame_, true);
+    if (isFirst && !decoding_ && gop_.packets().empty())
+        decoding_ = wanted(); // there is nothing to catch up with
+    if (decoding_)
+        decode(unit, Purpose::Hand);
+}
+
+void VideoFeed::take(const AVPacket& frame, float frameRate)
+{
     frameRate_ = frameRate;
-    if (!wanted())
+    const bool decoded = std::exchange(unitsCame_, false) && decoding_;
+    if (gop_.hasRoomFor(frame) && !wanted())
         endDecoding();
-    else if (decoding_)
-        decode(packet, true);
-    else
-        beginDecoding();
+    else if (!decoding_ && (isKeyFrame(frame) || !gop_.packets().empty()))
+        catchUp();
+    if (decoding_) {
+        if (!decoded)
+            decode(frame, Purpose::Hand);
+        endFrame();
+    }
+    keep(frame);
+}
+
+void VideoFeed::startOver()
+{
+    unitsCame_ = false;
+    endDecoding();
+}
+
+void VideoFeed::end()
+{
+    startOver();
+    const std::lock_guard lock(mutex_);
+    gop_.clear();
 }
 
 void VideoFeed::attach(std::shared_ptr<FrameSink> sink)
@@ -65,12 +97,16 @@ FramePtr VideoFeed::latestFrame(std::chrono::milliseconds time)
     GopCache::Packets packets;
     {
         std::unique_lock lock(mutex_);
-        pictureThere_.wait_for(lock, time, [this] { return stopped_ || !gop_.packets().empty(); });
-        if (stopped_ || gop_.packets().empty())
+        ++waiting_;
+        pictureThere_.wait_for(lock, time,
+                               [this] { return stopped_ || latest_ != nullptr || !gop_.packets().empty(); });
+        --waiting_;
+        if (stopped_)
             return nullptr;
         if (latest_ != nullptr)
             return FramePtr(av_frame_clone(latest_.get()));
-        if (parameters == nullptr || avcodec_parameters_copy(parameters.get(), parameters_.get()) < 0)
+        if (parameters == nullptr || gop_.packets().empty() ||
+            avcodec_parameters_copy(parameters.get(), parameters_.get()) < 0)
             return nullptr;
         for (const PacketPtr& packet : gop_.packets())
             packets.emplace_back(av_packet_clone(packet.get()));
@@ -88,28 +124,27 @@ void VideoFeed::noticeStopped()
 
 bool VideoFeed::wanted()
 {
-    if (enabled_ && callBacks_->wantVideo())
+    if ((enabled_ && callBacks_->wantVideo()) || waiting_ > 0)
         return true;
     return sinks_.any([](const FrameSink& sink) { return sink.wantsFrames(); });
 }
 
-void VideoFeed::keep(const AVPacket& packet)
+void VideoFeed::keep(const AVPacket& frame)
 {
     const std::lock_guard lock(mutex_);
-    gop_.add(packet);
+    gop_.add(frame);
     if (gop_.packets().size() == 1)
         pictureThere_.notify_all();
 }
 
-/// Catches up from the latest key frame, so that the next picture is there at once.
-void VideoFeed::beginDecoding()
+/// From the latest key frame on, so that the next picture is there at once.
+void VideoFeed::catchUp()
 {
-    if (!gop_.isWhole())
-        return;
     decoding_ = true;
-    const GopCache::Packets& packets = gop_.packets();
-    for (const PacketPtr& packet : packets)
-        decode(*packet, packet == packets.back());
+    for (const PacketPtr& packet : gop_.packets()) {
+        decode(*packet, Purpose::CatchUp);
+        decoder_.endFrame();
+    }
 }
 
 void VideoFeed::endDecoding()
@@ -122,19 +157,20 @@ void VideoFeed::endDecoding()
     latest_.reset();
 }
 
-void VideoFeed::decode(const AVPacket& packet, bool show)
+void VideoFeed::decode(const AVPacket& packet, Purpose purpose)
 {
-    if (!decoder_.send(&packet)) {
-        ++counters_.framesDropped;
-        return;
-    }
+    decoder_.send(packet);
     while (const AVFrame* frame = decoder_.receive()) {
         ++counters_.framesDecoded;
-        if (isDamaged(*frame))
-            ++counters_.framesDropped;
-        else if (show)
+        if (purpose == Purpose::Hand)
             hand(*frame);
     }
+}
+
+void VideoFeed::endFrame()
+{
+    if (!decoder_.endFrame())
+        ++counters_.framesDropped;
 }
 
 void VideoFeed::hand(const AVFrame& frame)
@@ -142,21 +178,31 @@ void VideoFeed::hand(const AVFrame& frame)
     {
         const std::lock_guard lock(mutex_);
         latest_.reset(av_frame_clone(&frame));
+        if (waiting_ > 0)
+            pictureThere_.notify_all();
     }
     sinks_.each([&](FrameSink& sink) {
         if (sink.wantsFrames())
             sink.takeFrame(frame);
     });
     if (enabled_ && callBacks_->wantVideo())
-        show(frame);
+        callBack(frame);
 }
 
-void VideoFeed::show(const AVFrame& frame)
+/// What comes late is left out, so that the reader catches up, but for a picture now and then.
+void VideoFeed::callBack(const AVFrame& frame)
 {
+    const auto now = Backlog::Clock::now();
+    if (backlog_.isLate() && now - lastShown_ < g_streamTiming.longestBlank) {
+        ++counters_.framesDropped;
+        return;
+    }
+    lastShown_ = now;
     std::uint8_t* const pixels = converter_.convert(frame);
     if (pixels == nullptr)
         return;
     const ShownPicture picture{pixels, frame.width, frame.height, frame.key_frame, frameRate_};
-    if (callBacks_->show(picture, stopped_))
-        ++counters_.framesDelivered;
+    const CallBacks::Outcome outcome = callBacks_->show(picture, stopped_);
+    counters_.framesDelivered += outcome == CallBacks::Outcome::Called;
+    counters_.framesDropped += outcome == CallBacks::Outcome::Busy;
 }

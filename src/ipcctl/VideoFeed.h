@@ -7,29 +7,40 @@
 #include <memory>
 #include <mutex>
 
+#include "ipcctl/Backlog.h"
 #include "ipcctl/CallBacks.h"
 #include "ipcctl/ColourConverter.h"
 #include "ipcctl/GopCache.h"
+#include "ipcctl/LiveDecoder.h"
 #include "ipcctl/PacketSink.h"
 #include "ipcctl/Sinks.h"
 #include "ipcctl/StreamCounters.h"
-#include "ipcctl/VideoDecoder.h"
 
-/// Decodes while somebody wants pictures, else keeps what is needed to begin with the latest one at any time. begin, take
-/// and end belong to the stream's reader.
+/// Decodes while somebody wants pictures, else keeps what is needed to begin with the latest one at any time; where that
+/// would be too much, it decodes too. Of a stream whose frames come in units, each unit is decoded as it comes: the
+/// picture is there before the next frame begins, which is what tells that the frame is whole.
+///
+/// begin, end, startOver and what takes belong to the stream's reader.
 class VideoFeed
 {
 public:
+    /// @param backlog  while it is late, pictures do not go to the callback
     /// @param stopped  no callback is called any more
-    VideoFeed(std::shared_ptr<CallBacks> callBacks, StreamCounters& counters,
+    VideoFeed(std::shared_ptr<CallBacks> callBacks, StreamCounters& counters, const Backlog& backlog,
               const std::atomic<bool>& stopped)
-        : callBacks_(std::move(callBacks)), counters_(counters), stopped_(stopped)
+        : callBacks_(std::move(callBacks)), counters_(counters), backlog_(backlog), stopped_(stopped)
     {
     }
 
     /// A stream begins whose video is like this.
     bool begin(const AVCodecParameters& parameters);
-    void take(const AVPacket& packet, float frameRate);
+    /// Takes a unit of the frame that is coming; before the frame itself, all of its units or none.
+    void takeUnit(const AVPacket& unit);
+    void take(const AVPacket& frame, float frameRate);
+    /// The units taken since the last frame were no good, or that frame itself will not be taken.
+    void startOver();
+    /// The stream has broken off: there is no latest picture.
+    void end();
 
     /// Whether the video callback gets pictures, as at first.
     void enable(bool enabled) { enabled_ = enabled; }
@@ -46,23 +57,33 @@ public:
     void noticeStopped();
 
 private:
+    enum class Purpose
+    {
+        Hand,   // the pictures on
+        CatchUp // only for the pictures that come after it
+    };
+
     bool wanted();
-    void keep(const AVPacket& packet);
-    void beginDecoding();
+    void keep(const AVPacket& frame);
+    void catchUp();
     void endDecoding();
-    void decode(const AVPacket& packet, bool show);
+    void decode(const AVPacket& packet, Purpose purpose);
+    void endFrame();
     void hand(const AVFrame& frame);
-    void show(const AVFrame& frame);
+    void callBack(const AVFrame& frame);
 
     const std::shared_ptr<CallBacks> callBacks_;
     StreamCounters& counters_;
+    const Backlog& backlog_;
     const std::atomic<bool>& stopped_;
     std::atomic<bool> enabled_{true};
 
     // The reader's own.
-    VideoDecoder decoder_;
+    LiveDecoder decoder_;
     ColourConverter converter_;
     bool decoding_ = false;
+    bool unitsCame_ = false; // of the frame that is coming
+    Backlog::Clock::time_point lastShown_{};
     float frameRate_ = 0;
 
     Sinks<FrameSink> sinks_;
@@ -70,6 +91,7 @@ private:
     std::mutex mutex_; // guards what follows
     std::condition_variable pictureThere_;
     CodecParametersPtr parameters_;
-    GopCache gop_;    // changed by the reader only, who reads it without the mutex
-    FramePtr latest_; // null while nothing is decoded
+    GopCache gop_;                // changed by the reader only, who reads it without the mutex
+    FramePtr latest_;             // null while nothing is decoded
+    std::atomic<int> waiting_{0}; // for the first picture; read without the mutex
 };

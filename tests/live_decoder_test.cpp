@@ -1,0 +1,212 @@
+// How live video becomes pictures: as early as can be, and none that is damaged.
+#include <algorithm>
+#include <map>
+
+#include "StreamMedia.h"
+#include "StreamTest.h"
+#include "ipcctl/AnnexB.h"
+#include "ipcctl/FrameAssembler.h"
+#include "ipcctl/VideoFeed.h"
+
+namespace
+{
+
+using Picture = std::vector<std::uint8_t>; // its brightness
+using Piece = std::vector<std::uint8_t>;   // as RTP carries it
+
+constexpr std::size_t largestPiece = 600;
+
+Picture pictureOf(const AVFrame& frame)
+{
+    Picture picture;
+    for (int y = 0; y < frame.height; ++y) {
+        const std::uint8_t* const row = frame.data[0] + y * frame.linesize[0];
+        picture.insert(picture.end(), row, row + frame.width);
+    }
+    return picture;
+}
+
+/// The units of a frame in their pieces: of each, the first one begins with a start code.
+std::vector<Piece> piecesOf(const AVPacket& frame, std::size_t largest)
+{
+    std::vector<Piece> pieces;
+    Bytes rest = bytesOf(frame.data, frame.size);
+    for (Bytes unit = nextUnit(rest); !unit.empty();) {
+        const Bytes next = nextUnit(rest);
+        std::size_t size = unit.size() - (next.empty() ? 0 : next.size() + 3);
+        while (size > 1 && unit[size - 1] == 0) // the next one's
+            --size;
+        Piece piece{0, 0, 0, 1, unit[0]};
+        for (std::size_t at = 1; at < size; at += largest) {
+            const auto part = unit.subspan(at, std::min(largest, size - at));
+            piece.insert(piece.end(), part.begin(), part.end());
+            pieces.push_back(std::exchange(piece, {}));
+        }
+        unit = next;
+    }
+    return pieces;
+}
+
+/// Takes pieces as a stream's reader does, and keeps the pictures by the frame that they came with.
+class Receiver : public FrameSink
+{
+public:
+    explicit Receiver(const Media& video)
+    {
+        EXPECT_TRUE(frames_.open(*video.parameters));
+        EXPECT_TRUE(feed.begin(*video.parameters));
+        feed.attach(std::shared_ptr<Receiver>(std::shared_ptr<void>(), this));
+    }
+
+    void take(int frame, const Piece& piece)
+    {
+        frame_ = frame;
+        const PacketPtr packet(av_packet_alloc());
+        av_new_packet(packet.get(), static_cast<int>(piece.size()));
+        std::ranges::copy(piece, packet->data);
+        packet->pts = frame * 40;
+        frames_.take(*packet, takers_);
+    }
+    void take(int frame, const std::vector<Piece>& pieces)
+    {
+        for (const Piece& piece : pieces)
+            take(frame, piece);
+    }
+
+    bool wantsFrames() const override { return wants; }
+    void takeFrame(const AVFrame& frame) override { pictures[frame_] = pictureOf(frame); }
+
+    bool wants = true;
+    std::map<int, Picture> pictures;
+    StreamCounters counters;
+    Backlog backlog{Backlog::Clock::now()};
+    std::atomic<bool> stopped{false};
+    VideoFeed feed{std::make_shared<CallBacks>(nullptr), counters, backlog, stopped};
+
+private:
+    FrameAssembler frames_;
+    int frame_ = 0;
+    const FrameAssembler::Takers takers_{.frame = [this](const AVPacket& frame) { feed.take(frame, 25); },
+                                         .unit = [this](const AVPacket& unit) { feed.takeUnit(unit); },
+                                         .startOver = [this] { feed.startOver(); }};
+};
+
+struct Encoding
+{
+    const char* name;
+    const char* parameters;
+    int delay = 0; // in frames, as pictures come in another order
+};
+
+class LiveDecoderTest : public testing::TestWithParam<Encoding>
+{
+protected:
+    static constexpr int frames = 60;
+    static constexpr int keyDistance = 20;
+
+    std::vector<Piece> pieces(int frame) const
+    {
+        return piecesOf(*video.packets[static_cast<std::size_t>(frame)], largestPiece);
+    }
+
+    const Media video = encodeVideo({.width = 640,
+                                     .height = 480,
+                                     .frames = frames,
+                                     .keyDistance = keyDistance,
+                                     .parameters = GetParam().parameters});
+};
+
+/// Where each picture comes with its own frame, so that it can be told which one it is.
+class LiveLossTest : public LiveDecoderTest
+{
+};
+
+const auto inOrder = testing::Values(Encoding{"OneSlice", ""}, Encoding{"Arithmetic", "cabac=1"},
+                                     Encoding{"Slices", "slices=5"}, Encoding{"Interlaced", "tff=1:slices=2"},
+                                     Encoding{"Refreshed", "intra-refresh=1:bframes=0"});
+
+INSTANTIATE_TEST_SUITE_P(InOrder, LiveDecoderTest, inOrder, nameOf<Encoding>);
+INSTANTIATE_TEST_SUITE_P(Others, LiveDecoderTest,
+                         testing::Values(Encoding{"Reordered", "bframes=2:b-adapt=0", 2}), nameOf<Encoding>);
+INSTANTIATE_TEST_SUITE_P(InOrder, LiveLossTest, inOrder, nameOf<Encoding>);
+
+TEST_P(LiveDecoderTest, ShowsAPictureBeforeTheNextFrameBegins)
+{
+    Receiver receiver(video);
+    for (int i = 0; i < frames; ++i) {
+        receiver.take(i, pieces(i));
+        EXPECT_EQ(receiver.pictures.count(i), i >= GetParam().delay ? 1u : 0u) << i;
+    }
+    EXPECT_EQ(receiver.counters.framesDropped, 0);
+}
+
+/// Loses something of a frame in the middle, of a key frame or another: all, or one piece.
+TEST_P(LiveLossTest, ShowsNothingThatRefersToWhatWasLost)
+{
+    Receiver undisturbed(video);
+    for (int i = 0; i < frames; ++i)
+        undisturbed.take(i, pieces(i));
+    for (const int hit : {keyDistance, keyDistance + 5})
+        for (int lost = -1; lost < static_cast<int>(pieces(hit).size()); ++lost) {
+            constexpr int message = 6; // a unit that pictures do without
+            std::vector<Piece> rest = pieces(hit);
+            if (lost >= 0 && (rest[static_cast<std::size_t>(lost)][4] & 0x1F) == message)
+                continue;
+            SCOPED_TRACE(testing::Message() << "piece " << lost << " of frame " << hit);
+            lost < 0 ? rest.clear() : void(rest.erase(rest.begin() + lost));
+            Receiver receiver(video);
+            for (int i = 0; i < frames; ++i)
+                receiver.take(i, i == hit ? rest : pieces(i));
+            for (const auto& [number, picture] : receiver.pictures)
+                EXPECT_TRUE(picture == undisturbed.pictures[number]) << number;
+            EXPECT_EQ(receiver.pictures.count(hit - 1), 1u);
+            EXPECT_EQ(receiver.pictures.count(frames - 1), 1u) << "it goes on";
+            const auto shown = static_cast<std::int64_t>(receiver.pictures.size());
+            EXPECT_GE(receiver.counters.framesDropped,
+                      frames - shown - 1); // without the one of which nothing is left
+            EXPECT_LE(receiver.counters.framesDropped, frames - shown);
+            EXPECT_GE(receiver.counters.framesDropped, 2 * keyDistance - hit - 1);
+        }
+}
+
+/// Fragments of a size that does not tell which is the last: pictures come a frame later then, but they come.
+TEST(VideoFeedTest, ShowsWhatIsFragmentedInAnotherWay)
+{
+    for (const std::ptrdiff_t first : {520, 90}) {
+        const Media video = encodeVideo({.width = 640, .height = 480, .frames = 20});
+        Receiver receiver(video);
+        for (int i = 0; i < 20; ++i) {
+            for (const Piece& unit : piecesOf(*video.packets[static_cast<std::size_t>(i)], 4000))
+                for (auto at = unit.begin(); at != unit.end();) {
+                    const auto end =
+                        at + std::min(unit.end() - at, at == unit.begin() ? first : std::ptrdiff_t{100});
+                    receiver.take(i, Piece(std::exchange(at, end), end));
+                }
+        }
+        EXPECT_EQ(receiver.pictures.size(), 19u);
+        EXPECT_EQ(receiver.counters.framesDropped, 0);
+    }
+}
+
+/// Too far from its key frame to be decoded when it is asked for.
+TEST(VideoFeedTest, HasTheLatestPictureHoweverRareKeyFramesAre)
+{
+    constexpr int frames = 400;
+    const Media video = encodeVideo({.frames = frames, .keyDistance = 1000});
+    Receiver receiver(video);
+    receiver.wants = false;
+    for (int i = 0; i < frames; ++i) {
+        receiver.take(i, piecesOf(*video.packets[static_cast<std::size_t>(i)], largestPiece));
+        if (i % 50 != 49)
+            continue;
+        SCOPED_TRACE(i);
+        const FramePtr latest = receiver.feed.latestFrame(0ms);
+        ASSERT_NE(latest, nullptr);
+        EXPECT_GE(readNumber(latest->data[0], latest->linesize[0], latest->width, latest->height), i - 1);
+    }
+    EXPECT_TRUE(receiver.pictures.empty());
+    receiver.feed.end();
+    EXPECT_EQ(receiver.feed.latestFrame(0ms), nullptr) << "it has broken off";
+}
+
+} // namespace
