@@ -16,6 +16,7 @@ namespace
 {
 
 constexpr unsigned shortRun = 25;
+constexpr double cameraRate = 25; // frames a second
 constexpr std::size_t crowds[] = {1, 4, 8};
 
 /// The least of all repetitions, see Best.h.
@@ -49,10 +50,13 @@ void tellCost(const std::string& task, const char* contender, std::size_t stream
     const Usage& all = runs.longOnes.of;
     const Usage& start = runs.shortOnes.of;
     const double more = frames - shortRun;
+    const double pace = more / (all.time - start.time);
+    if (!(pace > 0 && pace < 2 * cameraRate))
+        throw std::runtime_error(std::string(contender) + " does not wait for the frames");
     tell("frame_cpu/" + task, contender, streams,
          (all.cpu - start.cpu) / (more * static_cast<double>(streams)) * 1e9);
     tell("run_cpu/" + task, contender, streams, all.cpu * 1e9);
-    tell("pace/" + task, contender, streams, more / (all.time - start.time) * 1000);
+    tell("pace/" + task, contender, streams, pace * 1000);
     tell("memory/" + task, contender, streams, all.memory);
 }
 
