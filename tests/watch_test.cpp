@@ -183,17 +183,20 @@ TEST(Motion, DependsOnTheLevel)
 /// How much a grey picture has to change at a level.
 TEST(Motion, TakesLessChangeAtEachHigherLevel)
 {
+    constexpr int width = 240;
+    constexpr int height = 160;
     const auto leastChange = [](int level) {
         MotionDetector detector;
         detector.setMap(mapOf(1).data());
         detector.setLevel(level);
         MotionDetector::Clock::time_point now{std::chrono::hours(1)};
-        const FramePtr before = greyPicture(640, 360, 50);
+        const FramePtr before = greyPicture(width, height, 50);
         for (int change = 1; change < 200; ++change) {
-            const FramePtr after = greyPicture(640, 360, 50 + change);
+            const FramePtr after = greyPicture(width, height, 50 + change);
             detector.forget();
-            detector.detect({before->data[0], before->linesize[0], 640, 360}, now += std::chrono::seconds(1));
-            if (detector.detect({after->data[0], after->linesize[0], 640, 360},
+            detector.detect({before->data[0], before->linesize[0], width, height},
+                            now += std::chrono::seconds(1));
+            if (detector.detect({after->data[0], after->linesize[0], width, height},
                                 now += std::chrono::seconds(1)))
                 return change;
         }
