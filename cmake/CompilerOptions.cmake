@@ -12,6 +12,15 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     list(APPEND KX_QUICK_BUILD_OPTIONS -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow)
 endif()
 
+# To read headers takes most of the time of a build that is not optimised. gcc 12 warns of what is not so when they are
+# precompiled.
+function(kx_precompile target)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        target_precompile_headers(${target} PRIVATE ${ARGN})
+    endif()
+endfunction()
+set(KX_COMMON_HEADERS <algorithm> <chrono> <functional> <memory> <mutex> <optional> <string> <thread> <vector>)
+
 if(KX_SANITIZE)
     add_compile_options(-fsanitize=${KX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${KX_SANITIZE})
