@@ -57,6 +57,14 @@ bool wantsNoColour()
 
 } // namespace
 
+std::string joined(const std::vector<std::string>& parts, std::string_view separator)
+{
+    std::string text;
+    for (const std::string& part : parts)
+        text.append(&part == &parts.front() ? "" : separator).append(part);
+    return text;
+}
+
 std::string printable(std::string_view text)
 {
     constexpr char digits[] = "0123456789abcdef";

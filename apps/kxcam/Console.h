@@ -18,6 +18,9 @@ namespace kxcam
 /// Text that can not command a terminal: control characters become \xNN.
 std::string printable(std::string_view text);
 
+/// The parts, with the separator between them.
+std::string joined(const std::vector<std::string>& parts, std::string_view separator);
+
 /// A line of a table; without a description it has two columns.
 struct TableLine
 {

@@ -17,7 +17,7 @@ ExitCode run(int argc, char** argv)
     if (!code) {
         if (!line.verbose)
             console.hideDiagnostics();
-        code = line.verb(console);
+        code = line.work(line, console);
     }
     console.finish();
     return *code;

@@ -1,7 +1,6 @@
 // kxcam capabilities: what the camera can do, as far as it tells.
 #include <cstring>
 
-#include <CLI/CLI.hpp>
 #include <KxIpcSDK/KxCapabilities.h>
 #include <nlohmann/json.hpp>
 
@@ -9,7 +8,7 @@
 #include "Json.h"
 #include "Reading.h"
 #include "Table.h"
-#include "verbs/CommandLine.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -98,18 +97,17 @@ void printAsJson(const Capabilities& capabilities, Console& console)
     printJson(object, console);
 }
 
+ExitCode show(const CommandLine& line, Console& console)
+{
+    (line.json ? printAsJson : print)(ask(line), console);
+    return ExitCode::Ok;
+}
+
 } // namespace
 
-void addCapabilities(CLI::App& app, CommandLine& line)
+void addCapabilities(const Verb& kxcam)
 {
-    CLI::App* verb = app.add_subcommand("capabilities", "Show what the camera can do");
-    verb->footer(footer);
-    verb->callback([&line] {
-        line.verb = [&line](Console& console) {
-            (line.json ? printAsJson : print)(ask(line), console);
-            return ExitCode::Ok;
-        };
-    });
+    kxcam.add("capabilities", "Show what the camera can do", footer).does(show);
 }
 
 } // namespace kxcam

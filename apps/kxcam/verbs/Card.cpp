@@ -4,7 +4,7 @@
 #include "Json.h"
 #include "Table.h"
 #include "Terminal.h"
-#include "verbs/Subverbs.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -45,7 +45,7 @@ void show(const Record& record, bool json, Console& console)
         console.table(tableOf(card, record, false, console.isTerminal()));
 }
 
-ExitCode status(const Options&, const CommandLine& line, Console& console)
+ExitCode status(const CommandLine& line, Console& console)
 {
     show(Session(line.target).read(card), line.json, console);
     return ExitCode::Ok;
@@ -62,12 +62,12 @@ ExitCode command(int (*call)(long userId), const char* what, const CommandLine& 
     return ExitCode::Ok;
 }
 
-ExitCode mount(const Options&, const CommandLine& line, Console& console)
+ExitCode mount(const CommandLine& line, Console& console)
 {
     return command(Kx_Ipc_MountSdCard, "mounting", line, console);
 }
 
-ExitCode unmount(const Options&, const CommandLine& line, Console& console)
+ExitCode unmount(const CommandLine& line, Console& console)
 {
     return command(Kx_Ipc_UnMountSdCard, "unmounting", line, console);
 }
@@ -81,14 +81,16 @@ ExitCode format(const Options& options, const CommandLine& line, Console& consol
 
 } // namespace
 
-void addCard(CLI::App& app, CommandLine& line)
+void addCard(const Verb& kxcam)
 {
-    const Subverbs<Options> verbs(app, line, "card", "Look after the camera's memory card", footer);
-    verbs.add("status", "Show whether there is one, and how full it is", status);
-    verbs.add("mount", "Have the camera use it (again)", mount);
-    verbs.add("unmount", "Have the camera let go of it", unmount);
-    verbs.add("format", "Format it: all that is on it is lost", format)
-        .add_flag("--yes", verbs.options().yes, "Do not ask");
+    const auto options = std::make_shared<Options>();
+    const Verb card = kxcam.add("card", "Look after the camera's memory card", footer);
+    card.add("status", "Show whether there is one, and how full it is").does(status);
+    card.add("mount", "Have the camera use it (again)").does(mount);
+    card.add("unmount", "Have the camera let go of it").does(unmount);
+    card.add("format", "Format it: all that is on it is lost")
+        .does(format, options)
+        .flag("--yes", &options->yes, "Do not ask");
 }
 
 } // namespace kxcam

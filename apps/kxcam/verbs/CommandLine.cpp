@@ -5,6 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "verbs/Verb.h"
+
 namespace kxcam
 {
 namespace
@@ -40,17 +42,38 @@ std::string complaint(const CLI::App* app, const CLI::Error& error)
     return text + help;
 }
 
-void addCommonOptions(CLI::App& app, CommandLine& line)
+void addCommonOptions(const Verb& kxcam, CommandLine& line)
 {
-    app.add_option("--host", line.target.host, "The camera's IPv4 address or host name")->type_name("HOST");
-    app.add_option("--port", line.target.port, "The camera's HTTP port")
-        ->type_name("PORT")
-        ->check(CLI::Range(1, 65535).description(""))
-        ->capture_default_str();
-    app.add_option("--user", line.target.user, "User name")->type_name("NAME")->capture_default_str();
-    app.add_flag("--json", line.json, "Print one JSON object, for programs");
-    app.add_flag("--verbose", line.verbose, "Show on standard error what the library says");
-    app.set_version_flag("--version", "kxcam " KXCAM_VERSION);
+    kxcam.option("--host", "HOST", &line.target.host, "The camera's IPv4 address or host name");
+    kxcam.option("--port", "PORT", &line.target.port, "The camera's HTTP port")
+        .within(1, 65535)
+        .showDefault();
+    kxcam.option("--user", "NAME", &line.target.user, "User name").showDefault();
+    kxcam.flag("--json", &line.json, "Print one JSON object, for programs");
+    kxcam.flag("--verbose", &line.verbose, "Show on standard error what the library says");
+}
+
+void addVerbs(const Verb& kxcam)
+{
+    addDiscover(kxcam);
+    addGet(kxcam);
+    addSet(kxcam);
+    addTestSmtp(kxcam);
+    addInfo(kxcam);
+    addCapabilities(kxcam);
+    addReboot(kxcam);
+    addReset(kxcam);
+    addPtz(kxcam);
+    addUpdate(kxcam);
+    addUsers(kxcam);
+    addCard(kxcam);
+    addRecordings(kxcam);
+    addUpload(kxcam);
+    addDownload(kxcam);
+    addLive(kxcam);
+    addSnapshot(kxcam);
+    addRecord(kxcam);
+    addPlay(kxcam);
 }
 
 } // namespace
@@ -59,29 +82,12 @@ std::optional<ExitCode> parse(int argc, char** argv, CommandLine& line, Console&
 {
     CLI::App app(overview, "kxcam");
     app.fallthrough(); // options may follow the verb
-    app.require_subcommand(1);
     app.failure_message(complaint);
     app.footer(examples + ("\n" + exitCodeHelp()));
-    addCommonOptions(app, line);
-    addDiscover(app, line);
-    addGet(app, line);
-    addSet(app, line);
-    addTestSmtp(app, line);
-    addInfo(app, line);
-    addCapabilities(app, line);
-    addReboot(app, line);
-    addReset(app, line);
-    addPtz(app, line);
-    addUpdate(app, line);
-    addUsers(app, line);
-    addCard(app, line);
-    addRecordings(app, line);
-    addUpload(app, line);
-    addDownload(app, line);
-    addLive(app, line);
-    addSnapshot(app, line);
-    addRecord(app, line);
-    addPlay(app, line);
+    const Verb kxcam(app, line);
+    addCommonOptions(kxcam, line);
+    app.set_version_flag("--version", "kxcam " KXCAM_VERSION);
+    addVerbs(kxcam);
     try {
         app.parse(argc, argv);
         return std::nullopt;

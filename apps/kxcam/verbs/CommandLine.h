@@ -8,44 +8,45 @@
 #include "Failure.h"
 #include "Session.h"
 
-namespace CLI
-{
-class App;
-}
-
 namespace kxcam
 {
+
+class Verb;
+struct CommandLine;
+
+/// What a verb does.
+using Work = std::function<ExitCode(const CommandLine& line, Console& console)>;
 
 struct CommandLine
 {
     Target target;
     bool json = false;
     bool verbose = false;
-    std::function<ExitCode(Console&)> verb; // set by the verb that the person chose
+    Work work; // of the verb that the person chose
 };
 
 /// Reads the arguments. Gives the exit code when that was all: help printed, or a complaint.
 std::optional<ExitCode> parse(int argc, char** argv, CommandLine& line, Console& console);
 
-// Each adds a verb, its options and its help. `line` outlives the parser.
-void addDiscover(CLI::App& app, CommandLine& line);
-void addGet(CLI::App& app, CommandLine& line);
-void addSet(CLI::App& app, CommandLine& line);
-void addTestSmtp(CLI::App& app, CommandLine& line);
-void addInfo(CLI::App& app, CommandLine& line);
-void addCapabilities(CLI::App& app, CommandLine& line);
-void addReboot(CLI::App& app, CommandLine& line);
-void addReset(CLI::App& app, CommandLine& line);
-void addPtz(CLI::App& app, CommandLine& line);
-void addUpdate(CLI::App& app, CommandLine& line);
-void addUsers(CLI::App& app, CommandLine& line);
-void addCard(CLI::App& app, CommandLine& line);
-void addRecordings(CLI::App& app, CommandLine& line);
-void addUpload(CLI::App& app, CommandLine& line);
-void addDownload(CLI::App& app, CommandLine& line);
-void addLive(CLI::App& app, CommandLine& line);
-void addSnapshot(CLI::App& app, CommandLine& line);
-void addRecord(CLI::App& app, CommandLine& line);
-void addPlay(CLI::App& app, CommandLine& line);
+// Each adds a verb, its options and its help.
+void addDiscover(const Verb& kxcam);
+void addGet(const Verb& kxcam);
+void addSet(const Verb& kxcam);
+void addTestSmtp(const Verb& kxcam);
+void addInfo(const Verb& kxcam);
+void addCapabilities(const Verb& kxcam);
+void addReboot(const Verb& kxcam);
+void addReset(const Verb& kxcam);
+void addPtz(const Verb& kxcam);
+void addUpdate(const Verb& kxcam);
+void addUsers(const Verb& kxcam);
+void addCard(const Verb& kxcam);
+void addRecordings(const Verb& kxcam);
+void addUpload(const Verb& kxcam);
+void addDownload(const Verb& kxcam);
+void addLive(const Verb& kxcam);
+void addSnapshot(const Verb& kxcam);
+void addRecord(const Verb& kxcam);
+void addPlay(const Verb& kxcam);
 
 } // namespace kxcam

@@ -11,13 +11,12 @@
 
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <KxIpcSDK/KxSearch.h>
 
 #include "Json.h"
-#include "verbs/CommandLine.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -152,11 +151,9 @@ ExitCode discover(const CommandLine& line, Console& console)
 
 } // namespace
 
-void addDiscover(CLI::App& app, CommandLine& line)
+void addDiscover(const Verb& kxcam)
 {
-    CLI::App* verb = app.add_subcommand("discover", "List the cameras of the local network");
-    verb->footer(footer);
-    verb->callback([&line] { line.verb = [&line](Console& console) { return discover(line, console); }; });
+    kxcam.add("discover", "List the cameras of the local network", footer).does(discover);
 }
 
 } // namespace kxcam

@@ -4,7 +4,7 @@
 #include "Carriable.h"
 #include "Landing.h"
 #include "Transfer.h"
-#include "verbs/Subverbs.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -130,19 +130,26 @@ ExitCode exportConfig(const Options& options, const CommandLine& line, Console& 
 
 } // namespace
 
-void addDownload(CLI::App& app, CommandLine& line)
+void addDownload(const Verb& kxcam)
 {
-    const Subverbs<Options> verbs(app, line, "download", "Fetch a file of the camera's", footer);
-    Options& options = verbs.options();
-    verbs.add("log", "Fetch the log", log, "FILE", options.path, "The local file");
-    verbs.add("config", "Fetch the configuration", config, "FILE", options.path, "The local file");
-    verbs
-        .add("file", "Fetch a file of the memory card, or any other", file, "NAME", options.name,
-             "Its name on the memory card, or its path")
-        .add_option("FILE", options.path, "The local file; left out: of the same name")
-        ->type_name("");
-    verbs.add("export", "Fetch the configuration into a directory", exportConfig, "DIRECTORY", options.path,
-              "The local directory");
+    const auto options = std::make_shared<Options>();
+    const Verb download = kxcam.add("download", "Fetch a file of the camera's", footer);
+    download.add("log", "Fetch the log")
+        .does(log, options)
+        .argument("FILE", &options->path, "The local file")
+        .required();
+    download.add("config", "Fetch the configuration")
+        .does(config, options)
+        .argument("FILE", &options->path, "The local file")
+        .required();
+    const Verb any =
+        download.add("file", "Fetch a file of the memory card, or any other").does(file, options);
+    any.argument("NAME", &options->name, "Its name on the memory card, or its path").required();
+    any.argument("FILE", &options->path, "The local file; left out: of the same name");
+    download.add("export", "Fetch the configuration into a directory")
+        .does(exportConfig, options)
+        .argument("DIRECTORY", &options->path, "The local directory")
+        .required();
 }
 
 } // namespace kxcam

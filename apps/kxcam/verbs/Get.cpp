@@ -1,12 +1,8 @@
 // kxcam get AREA: prints an area's settings.
-#include <memory>
-
-#include <CLI/CLI.hpp>
-
 #include "Json.h"
 #include "Table.h"
 #include "areas/Areas.h"
-#include "verbs/CommandLine.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -73,18 +69,14 @@ ExitCode get(const Options& options, const CommandLine& line, Console& console)
 
 } // namespace
 
-void addGet(CLI::App& app, CommandLine& line)
+void addGet(const Verb& kxcam)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App* verb = app.add_subcommand("get", "Show the settings of an area");
-    verb->add_option("AREA", options->area, "What to show; see below")->type_name("")->required();
-    verb->add_option("--stream", options->stream, "Show only this stream: main, sub or third")
-        ->type_name("NAME");
-    verb->add_flag("--show-secrets", options->showSecrets, "Print passwords and keys instead of asterisks");
-    verb->footer(areaHelp() + footer);
-    verb->callback([options, &line] {
-        line.verb = [options, &line](Console& console) { return get(*options, line, console); };
-    });
+    const Verb verb =
+        kxcam.add("get", "Show the settings of an area", areaHelp() + footer).does(get, options);
+    verb.argument("AREA", &options->area, "What to show; see below").required();
+    verb.option("--stream", "NAME", &options->stream, "Show only this stream: main, sub or third");
+    verb.flag("--show-secrets", &options->showSecrets, "Print passwords and keys instead of asterisks");
 }
 
 } // namespace kxcam

@@ -1,12 +1,11 @@
 // kxcam info: what the camera is, and what it can do at a glance.
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include "Abilities.h"
 #include "Json.h"
 #include "Table.h"
 #include "areas/Areas.h"
-#include "verbs/CommandLine.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -58,11 +57,9 @@ ExitCode info(const CommandLine& line, Console& console)
 
 } // namespace
 
-void addInfo(CLI::App& app, CommandLine& line)
+void addInfo(const Verb& kxcam)
 {
-    CLI::App* verb = app.add_subcommand("info", "Show what the camera is");
-    verb->footer(footer);
-    verb->callback([&line] { line.verb = [&line](Console& console) { return info(line, console); }; });
+    kxcam.add("info", "Show what the camera is", footer).does(info);
 }
 
 } // namespace kxcam

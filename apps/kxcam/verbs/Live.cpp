@@ -5,9 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <memory>
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include "Amounts.h"
@@ -15,8 +13,8 @@
 #include "Json.h"
 #include "LiveView.h"
 #include "Progress.h"
-#include "verbs/CommandLine.h"
 #include "verbs/MediaOptions.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -191,17 +189,14 @@ ExitCode live(const Options& options, const CommandLine& line, Console& console)
 
 } // namespace
 
-void addLive(CLI::App& app, CommandLine& line)
+void addLive(const Verb& kxcam)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App* verb = app.add_subcommand("live", "Watch how a live stream does, and save its pictures");
-    verb->footer(footer);
-    addStreamOption(*verb, options->stream);
-    addSecondsOption(*verb, options->seconds);
-    verb->add_option("--frames", options->frames, "Save the pictures in this directory")->type_name("DIR");
-    verb->callback([options, &line] {
-        line.verb = [options, &line](Console& console) { return live(*options, line, console); };
-    });
+    const Verb verb =
+        kxcam.add("live", "Watch how a live stream does, and save its pictures", footer).does(live, options);
+    addStreamOption(verb, &options->stream);
+    addSecondsOption(verb, &options->seconds);
+    verb.option("--frames", "DIR", &options->frames, "Save the pictures in this directory");
 }
 
 } // namespace kxcam

@@ -1,23 +1,18 @@
 #include "verbs/MediaOptions.h"
 
-#include <CLI/CLI.hpp>
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
 
-void addStreamOption(CLI::App& verb, std::string& stream)
+void addStreamOption(const Verb& verb, std::string* stream)
 {
-    verb.add_option("--stream", stream, "main or sub")
-        ->type_name("STREAM")
-        ->check(CLI::IsMember({"main", "sub"}).description(""))
-        ->capture_default_str();
+    verb.option("--stream", "STREAM", stream, "main or sub").oneOf({"main", "sub"}).showDefault();
 }
 
-void addSecondsOption(CLI::App& verb, double& seconds)
+void addSecondsOption(const Verb& verb, double* seconds)
 {
-    verb.add_option("--seconds", seconds, "For so long; without it, until Ctrl-C")
-        ->type_name("SECONDS")
-        ->check(CLI::Range(0.1, 1e6).description(""));
+    verb.option("--seconds", "SECONDS", seconds, "For so long; without it, until Ctrl-C").within(0.1, 1e6);
 }
 
 } // namespace kxcam

@@ -4,20 +4,17 @@
 #include <limits>
 #include <string>
 
-namespace CLI
-{
-class App;
-}
-
 namespace kxcam
 {
+
+class Verb;
 
 inline constexpr double forEver = std::numeric_limits<double>::infinity();
 
 /// Which stream: "main" or "sub".
-void addStreamOption(CLI::App& verb, std::string& stream);
+void addStreamOption(const Verb& verb, std::string* stream);
 
 /// For how long; Ctrl-C ends it before.
-void addSecondsOption(CLI::App& verb, double& seconds);
+void addSecondsOption(const Verb& verb, double* seconds);
 
 } // namespace kxcam

@@ -2,9 +2,7 @@
 #include <algorithm>
 #include <atomic>
 #include <iterator>
-#include <memory>
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <KxIpcSDK/KxMedia.h>
@@ -13,8 +11,8 @@
 #include "Interruption.h"
 #include "Json.h"
 #include "Progress.h"
-#include "verbs/CommandLine.h"
 #include "verbs/MediaOptions.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -158,26 +156,16 @@ ExitCode play(const Options& options, const CommandLine& line, Console& console)
 
 } // namespace
 
-void addPlay(CLI::App& app, CommandLine& line)
+void addPlay(const Verb& kxcam)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App* verb = app.add_subcommand("play", "Play a recorded file");
-    verb->footer(footer);
-    verb->add_option("FILE", options->file, "The recording")
-        ->type_name("")
-        ->required()
-        ->check(CLI::ExistingFile.description(""));
-    verb->add_option("--speed", options->speed, "1/16 to 16 times as fast")
-        ->type_name("SPEED")
-        ->check(CLI::IsMember(speedNames()).description(""))
-        ->capture_default_str();
-    verb->add_option("--seek", options->from, "Begin at this time of the recording")
-        ->type_name("SECONDS")
-        ->check(CLI::Range(0.0, 2e6).description(""));
-    addSecondsOption(*verb, options->seconds);
-    verb->callback([options, &line] {
-        line.verb = [options, &line](Console& console) { return play(*options, line, console); };
-    });
+    const Verb verb = kxcam.add("play", "Play a recorded file", footer).does(play, options);
+    verb.argument("FILE", &options->file, "The recording").required().existingFile();
+    verb.option("--speed", "SPEED", &options->speed, "1/16 to 16 times as fast")
+        .oneOf(speedNames())
+        .showDefault();
+    verb.option("--seek", "SECONDS", &options->from, "Begin at this time of the recording").within(0.0, 2e6);
+    addSecondsOption(verb, &options->seconds);
 }
 
 } // namespace kxcam

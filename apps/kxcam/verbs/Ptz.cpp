@@ -1,12 +1,10 @@
 // kxcam ptz: steers a camera, its presets and its lights.
 #include "verbs/Ptz.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include "Carriable.h"
 #include "Json.h"
-#include "verbs/Subverbs.h"
 
 namespace kxcam
 {
@@ -85,34 +83,26 @@ ExitCode switchLed(const Options& options, const CommandLine& line, Console& con
     return ExitCode::Ok;
 }
 
-void addPresets(CLI::App& ptz, CommandLine& line)
+void addPresets(const Verb& ptz)
 {
-    const Subverbs<Options> presets(ptz, line, "preset", "Keep positions, and go back to them");
-    PtzOrder& order = presets.options().order;
-    const auto addNumbered = [&](const char* name, const char* help, Subverbs<Options>::Work work) {
-        CLI::App* verb = &presets.add(name, help, work);
-        verb->add_option("NUMBER", order.preset, "The preset's number")
-            ->type_name("")
-            ->required()
-            ->check(CLI::NonNegativeNumber.description(""));
-        addView(*verb, order);
+    const auto options = std::make_shared<Options>();
+    const Verb preset = ptz.add("preset", "Keep positions, and go back to them", noFooter);
+    const auto addNumbered = [&](const char* name, const char* help, auto work) {
+        const Verb verb = preset.add(name, help).does(work, options);
+        verb.argument("NUMBER", &options->order.preset, "The preset's number").required().notNegative();
+        addView(verb, options->order);
         return verb;
     };
     addNumbered("set", "Keep where the camera looks", setPreset)
-        ->add_option("NAME", order.name, "The preset's name")
-        ->type_name("");
+        .argument("NAME", &options->order.name, "The preset's name");
     addNumbered("go", "Look where a preset says", goToPreset);
     addNumbered("clear", "Forget a preset", clearPreset);
 }
 
-void addLed(CLI::App& ptz, CommandLine& line)
+void addLed(const Verb& ptz)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App* verb = ptz.add_subcommand("led", "Switch the white LED on or off");
-    addSwitch(*verb, options->led);
-    verb->callback([options, &line] {
-        line.verb = [options, &line](Console& console) { return switchLed(*options, line, console); };
-    });
+    addSwitch(ptz.add("led", "Switch the white LED on or off").does(switchLed, options), &options->led);
 }
 
 } // namespace
@@ -124,19 +114,14 @@ bool sendOrder(const Session& session, const PtzOrder& order)
                              isOfView ? order.view : 0, order.speed) == 0;
 }
 
-void addView(CLI::App& verb, PtzOrder& order)
+void addView(const Verb& verb, PtzOrder& order)
 {
-    verb.add_option("--view", order.view, "Which view of a fisheye camera, from 0")
-        ->type_name("N")
-        ->check(CLI::NonNegativeNumber.description(""));
+    verb.option("--view", "N", &order.view, "Which view of a fisheye camera, from 0").notNegative();
 }
 
-void addSwitch(CLI::App& verb, std::string& word)
+void addSwitch(const Verb& verb, std::string* word)
 {
-    verb.add_option("WORD", word, "on or off")
-        ->type_name("")
-        ->required()
-        ->check(CLI::IsMember({"on", "off"}).description(""));
+    verb.argument("WORD", word, "on or off").required().oneOf({"on", "off"});
 }
 
 void reportDone(const std::string& what, bool json, Console& console)
@@ -147,16 +132,14 @@ void reportDone(const std::string& what, bool json, Console& console)
         console.print(what + "\n");
 }
 
-void addPtz(CLI::App& app, CommandLine& line)
+void addPtz(const Verb& kxcam)
 {
-    CLI::App* ptz = app.add_subcommand("ptz", "Move the camera, its lens and its lights");
-    ptz->require_subcommand(1);
-    ptz->footer(footer); // of its verbs, too
-    addPtzMoves(*ptz, line);
-    addPresets(*ptz, line);
-    addLed(*ptz, line);
-    addPtzTracking(*ptz, line);
-    addPtzStatus(*ptz, line);
+    const Verb ptz = kxcam.add("ptz", "Move the camera, its lens and its lights", footer);
+    addPtzMoves(ptz);
+    addPresets(ptz);
+    addLed(ptz);
+    addPtzTracking(ptz);
+    addPtzStatus(ptz);
 }
 
 } // namespace kxcam

@@ -3,7 +3,7 @@
 
 #include <KxIpcSDK/KxPtz.h>
 
-#include "verbs/CommandLine.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -22,17 +22,17 @@ struct PtzOrder
 bool sendOrder(const Session& session, const PtzOrder& order);
 
 /// Adds --view.
-void addView(CLI::App& verb, PtzOrder& order);
+void addView(const Verb& verb, PtzOrder& order);
 
 /// Adds a word that is on or off.
-void addSwitch(CLI::App& verb, std::string& word);
+void addSwitch(const Verb& verb, std::string* word);
 
 /// Says what was done: "light on", or for programs {"done": "light on"}.
 void reportDone(const std::string& what, bool json, Console& console);
 
 // Each adds verbs to `kxcam ptz`.
-void addPtzMoves(CLI::App& ptz, CommandLine& line);
-void addPtzStatus(CLI::App& ptz, CommandLine& line);
-void addPtzTracking(CLI::App& ptz, CommandLine& line);
+void addPtzMoves(const Verb& ptz);
+void addPtzStatus(const Verb& ptz);
+void addPtzTracking(const Verb& ptz);
 
 } // namespace kxcam

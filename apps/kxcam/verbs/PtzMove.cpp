@@ -2,13 +2,8 @@
 #include <algorithm>
 #include <chrono>
 #include <iterator>
-#include <memory>
-
-#include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include "Interruption.h"
-#include "Json.h"
 #include "verbs/Ptz.h"
 
 namespace kxcam
@@ -129,8 +124,9 @@ void zoomTo(const Session& session, const Options& options, const CommandLine& l
 }
 
 /// A word that is not in the table is a zoom position.
-ExitCode run(Options options, const CommandLine& line, Console& console)
+ExitCode run(const Options& given, const CommandLine& line, Console& console)
 {
+    Options options = given;
     const Word* word = findWord(options);
     if (options.seconds > 0 && (word == nullptr || !word->goesOn))
         throw Failure(ExitCode::Usage, "'" + options.what() + "' ends by itself: leave --for out");
@@ -154,72 +150,60 @@ std::vector<std::string> wordsOf(const std::string& verb)
     return found;
 }
 
-/// A verb of the table, with its words.
-struct Verb
+/// What a verb of the table can be given besides its word.
+enum Takes : unsigned
 {
-    CLI::App* app;
-    CLI::Option* word; // null: it has none
-    std::shared_ptr<Options> options;
+    Nothing = 0,
+    View = 1,
+    Speed = 2,
+    Duration = 4
 };
 
-Verb addVerb(CLI::App& ptz, const char* name, const char* help, CommandLine& line)
+void addOptions(const Verb& verb, unsigned takes, Options& options)
+{
+    if ((takes & View) != 0)
+        addView(verb, options.order);
+    if ((takes & Speed) != 0)
+        verb.option("--speed", "N", &options.order.speed, "How fast, on the camera's own scale")
+            .notNegative();
+    if ((takes & Duration) != 0)
+        verb.option("--for", "SECONDS", &options.seconds,
+                    "Stop after so long, also when kxcam is interrupted")
+            .within(0.01, 86'400.0);
+}
+
+void addWord(const Verb& verb, Options& options)
+{
+    const std::vector<std::string> choice = wordsOf(options.verb);
+    if (options.verb == "zoom")
+        verb.argument("WORD", &options.word, "in, out, or a position from 0 to 100")
+            .required()
+            .oneOfOrWithin(choice, 0, 100);
+    else if (!choice.empty())
+        verb.argument("WORD", &options.word, joined(choice, ", ")).required().oneOf(choice);
+}
+
+void addMove(const Verb& ptz, const char* name, const char* help, unsigned takes)
 {
     const auto options = std::make_shared<Options>();
     options->verb = name;
-    CLI::App* app = ptz.add_subcommand(name, help);
-    app->callback([options, &line] {
-        line.verb = [options, &line](Console& console) { return run(*options, line, console); };
-    });
-    const std::vector<std::string> choice = wordsOf(name);
-    CLI::Option* word = nullptr;
-    if (!choice.empty())
-        word = app->add_option("WORD", options->word, CLI::detail::join(choice, ", "))
-                   ->type_name("")
-                   ->required();
-    return {app, word, options};
-}
-
-void checkWord(const Verb& verb)
-{
-    verb.word->check(CLI::IsMember(wordsOf(verb.options->verb)).description(""));
-}
-
-void addSpeed(const Verb& verb)
-{
-    verb.app->add_option("--speed", verb.options->order.speed, "How fast, on the camera's own scale")
-        ->type_name("N")
-        ->check(CLI::NonNegativeNumber.description(""));
-}
-
-void addDuration(const Verb& verb)
-{
-    verb.app->add_option("--for", verb.options->seconds, "Stop after so long, also when kxcam is interrupted")
-        ->type_name("SECONDS")
-        ->check(CLI::Range(0.01, 86'400.0).description(""));
+    const Verb verb = ptz.add(name, help).does(run, options);
+    addWord(verb, *options);
+    addOptions(verb, takes, *options);
 }
 
 } // namespace
 
-void addPtzMoves(CLI::App& ptz, CommandLine& line)
+void addPtzMoves(const Verb& ptz)
 {
-    const Verb move = addVerb(ptz, "move", "Turn the camera", line);
-    const Verb stop = addVerb(ptz, "stop", "End any movement", line);
-    const Verb zoom = addVerb(ptz, "zoom", "Zoom, or go to a position", line);
-    const Verb focus = addVerb(ptz, "focus", "Set the focus", line);
-    const Verb iris = addVerb(ptz, "iris", "Set the iris", line);
-    addVerb(ptz, "patrol", "Go from preset to preset until stopped", line);
-    checkWord(addVerb(ptz, "light", "Switch the light on or off", line));
-    checkWord(addVerb(ptz, "wiper", "Switch the wiper on or off", line));
-    for (const Verb& verb : {move, focus, iris})
-        checkWord(verb);
-    zoom.word->check((CLI::IsMember(wordsOf("zoom")) | CLI::Range(0, 100)).description(""));
-    zoom.word->description("in, out, or a position from 0 to 100");
-    for (const Verb& verb : {move, stop, zoom})
-        addView(*verb.app, verb.options->order);
-    for (const Verb& verb : {move, zoom, iris})
-        addSpeed(verb);
-    for (const Verb& verb : {move, zoom, focus, iris})
-        addDuration(verb);
+    addMove(ptz, "move", "Turn the camera", View | Speed | Duration);
+    addMove(ptz, "stop", "End any movement", View);
+    addMove(ptz, "zoom", "Zoom, or go to a position", View | Speed | Duration);
+    addMove(ptz, "focus", "Set the focus", Duration);
+    addMove(ptz, "iris", "Set the iris", Speed | Duration);
+    addMove(ptz, "patrol", "Go from preset to preset until stopped", Nothing);
+    addMove(ptz, "light", "Switch the light on or off", Nothing);
+    addMove(ptz, "wiper", "Switch the wiper on or off", Nothing);
 }
 
 } // namespace kxcam

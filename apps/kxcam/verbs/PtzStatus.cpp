@@ -1,6 +1,4 @@
 // kxcam ptz status: where the camera looks and what it is doing.
-#include <CLI/CLI.hpp>
-
 #include "Json.h"
 #include "Table.h"
 #include "verbs/Ptz.h"
@@ -81,11 +79,9 @@ ExitCode show(const CommandLine& line, Console& console)
 
 } // namespace
 
-void addPtzStatus(CLI::App& ptz, CommandLine& line)
+void addPtzStatus(const Verb& ptz)
 {
-    ptz.add_subcommand("status", "Show zoom, lights and what moves")->callback([&line] {
-        line.verb = [&line](Console& console) { return show(line, console); };
-    });
+    ptz.add("status", "Show zoom, lights and what moves").does(show);
 }
 
 } // namespace kxcam

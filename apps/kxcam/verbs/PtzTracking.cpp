@@ -6,14 +6,12 @@
 #include <memory>
 #include <optional>
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include "Assignment.h"
 #include "Json.h"
 #include "areas/Areas.h"
 #include "verbs/Ptz.h"
-#include "verbs/Subverbs.h"
 
 namespace kxcam
 {
@@ -48,7 +46,7 @@ PtzAutoTrackInfo readTracking(const Session& session, const CommandLine& line)
 }
 
 template <bool On>
-ExitCode switchTracking(const Options&, const CommandLine& line, Console& console)
+ExitCode switchTracking(const CommandLine& line, Console& console)
 {
     const Session session(line.target);
     require(Kx_Ipc_SetManualAutoTrack(session.userId(), On ? 1 : 0, 1), "switching the tracking", line);
@@ -139,7 +137,7 @@ std::string lineOf(const TrackDaySchedule& day)
     if (day.enable == notTold)
         return "(not told)";
     const std::vector<std::string> texts = periodsOf(day);
-    return texts.empty() ? "off" : CLI::detail::join(texts, " ");
+    return texts.empty() ? "off" : joined(texts, " ");
 }
 
 void printSchedule(const PtzAutoTrackInfo& info, bool json, Console& console)
@@ -231,7 +229,7 @@ std::string lineOf(const TrackPoint& point)
     return text;
 }
 
-ExitCode showPoints(const Options&, const CommandLine& line, Console& console)
+ExitCode showPoints(const CommandLine& line, Console& console)
 {
     Points points;
     const AutoTrackPointInfo& info = points.info();
@@ -258,31 +256,36 @@ ExitCode showPoints(const Options&, const CommandLine& line, Console& console)
     return ExitCode::Ok;
 }
 
+void addSchedule(const Verb& tracking, const std::shared_ptr<Options>& options)
+{
+    const Verb days =
+        tracking.add("schedule", "Show when the camera tracks, or change a day").does(schedule, options);
+    const Parameter day =
+        days.argument("DAY", &options->day, "The day of the week to change, 0 to 6").within(0, 6);
+    const Parameter periods =
+        days.argument("PERIODS", &options->periods, "Up to three such as 08:00-18:30, or off")
+            .count(1, mostPeriods);
+    day.needs(periods);
+}
+
 } // namespace
 
-void addPtzTracking(CLI::App& ptz, CommandLine& line)
+void addPtzTracking(const Verb& ptz)
 {
-    const Subverbs<Options> tracking(ptz, line, "tracking", "Follow what moves");
-    Options& options = tracking.options();
-    tracking.add("on", "Track automatically, and show the frame", switchTracking<true>);
-    tracking.add("off", "End automatic tracking", switchTracking<false>);
-    addSwitch(tracking.add("manual", "Switch the tracking of what 'follow' points at", switchManual),
-              options.manual);
-    tracking.add("follow", "Track what is in a part of the picture", follow)
-        .add_option("SIDES", options.region, "The part's sides: four numbers, as the camera counts them")
-        ->type_name("")
-        ->required()
-        ->expected(4);
-    tracking.add("points", "Show what the camera tracks just now", showPoints);
-    CLI::App* days = &tracking.add("schedule", "Show when the camera tracks, or change a day", schedule);
-    CLI::Option* day = days->add_option("DAY", options.day, "The day of the week to change, 0 to 6")
-                           ->type_name("")
-                           ->check(CLI::Range(0, 6).description(""));
-    CLI::Option* texts =
-        days->add_option("PERIODS", options.periods, "Up to three such as 08:00-18:30, or off")
-            ->type_name("")
-            ->expected(1, mostPeriods);
-    day->needs(texts);
+    const auto options = std::make_shared<Options>();
+    const Verb tracking = ptz.add("tracking", "Follow what moves", noFooter);
+    tracking.add("on", "Track automatically, and show the frame").does(switchTracking<true>);
+    tracking.add("off", "End automatic tracking").does(switchTracking<false>);
+    addSwitch(
+        tracking.add("manual", "Switch the tracking of what 'follow' points at").does(switchManual, options),
+        &options->manual);
+    tracking.add("follow", "Track what is in a part of the picture")
+        .does(follow, options)
+        .argument("SIDES", &options->region, "The part's sides: four numbers, as the camera counts them")
+        .required()
+        .count(4, 4);
+    tracking.add("points", "Show what the camera tracks just now").does(showPoints);
+    addSchedule(tracking, options);
 }
 
 } // namespace kxcam

@@ -1,9 +1,7 @@
 // kxcam reboot: restarts the camera.
-#include <CLI/CLI.hpp>
-
 #include <KxIpcSDK/KxSystem.h>
 
-#include "verbs/CommandLine.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -28,11 +26,9 @@ ExitCode reboot(const CommandLine& line, Console& console)
 
 } // namespace
 
-void addReboot(CLI::App& app, CommandLine& line)
+void addReboot(const Verb& kxcam)
 {
-    CLI::App* verb = app.add_subcommand("reboot", "Restart the camera");
-    verb->footer(footer);
-    verb->callback([&line] { line.verb = [&line](Console& console) { return reboot(line, console); }; });
+    kxcam.add("reboot", "Restart the camera", footer).does(reboot);
 }
 
 } // namespace kxcam

@@ -1,8 +1,6 @@
 // kxcam record: records a live stream.
-#include <memory>
 #include <optional>
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include "Amounts.h"
@@ -11,8 +9,8 @@
 #include "Landing.h"
 #include "LiveView.h"
 #include "Progress.h"
-#include "verbs/CommandLine.h"
 #include "verbs/MediaOptions.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -133,7 +131,7 @@ void print(const Recording& recording, bool json, Console& console)
                    {"bytes", recording.bytes}},
                   console);
     else
-        console.print("saved " + printable(CLI::detail::join(recording.files, ", ")) + ", " +
+        console.print("saved " + printable(joined(recording.files, ", ")) + ", " +
                       (recording.frames ? counted(*recording.frames, "frame") + " in " : "") +
                       decimal(recording.seconds) + " seconds, " + sizeText(recording.bytes) + "\n");
 }
@@ -173,17 +171,13 @@ ExitCode record(const Options& options, const CommandLine& line, Console& consol
 
 } // namespace
 
-void addRecord(CLI::App& app, CommandLine& line)
+void addRecord(const Verb& kxcam)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App* verb = app.add_subcommand("record", "Record a live stream");
-    verb->footer(footer);
-    verb->add_option("FILE", options->file, "Where to (AVI)")->type_name("");
-    addStreamOption(*verb, options->stream);
-    addSecondsOption(*verb, options->seconds);
-    verb->callback([options, &line] {
-        line.verb = [options, &line](Console& console) { return record(*options, line, console); };
-    });
+    const Verb verb = kxcam.add("record", "Record a live stream", footer).does(record, options);
+    verb.argument("FILE", &options->file, "Where to (AVI)");
+    addStreamOption(verb, &options->stream);
+    addSecondsOption(verb, &options->seconds);
 }
 
 } // namespace kxcam

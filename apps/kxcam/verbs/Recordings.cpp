@@ -8,7 +8,7 @@
 
 #include "Carriable.h"
 #include "Json.h"
-#include "verbs/Subverbs.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -32,7 +32,6 @@ struct Options
     std::string end;
     int firstPage = 0;
     bool http = false;
-    std::string action;
     int speed = 0;
 };
 
@@ -107,7 +106,7 @@ ExitCode info(const Options& options, const CommandLine& line, Console& console)
     return ExitCode::Ok;
 }
 
-ExitCode position(const Options&, const CommandLine& line, Console& console)
+ExitCode position(const CommandLine& line, Console& console)
 {
     const Session session(line.target);
     show("position",
@@ -119,63 +118,59 @@ ExitCode position(const Options&, const CommandLine& line, Console& console)
     return ExitCode::Ok;
 }
 
-int act(const Options& options, long userId)
-{
-    if (options.action == "stop")
-        return Kx_Ipc_StopPlayback(userId);
-    if (options.action == "pause")
-        return Kx_Ipc_PausePlayback(userId);
-    if (options.action == "resume")
-        return Kx_Ipc_ResumePlayback(userId);
-    return Kx_Ipc_ChangePlaybackSpeed(userId, options.speed);
-}
-
-ExitCode control(const Options& options, const CommandLine& line, Console& console)
+/// The camera does not tell whether it did it.
+ExitCode steer(const std::function<int(long userId)>& call, const CommandLine& line, Console& console)
 {
     const Session session(line.target);
-    if (act(options, session.userId()) != 0)
+    if (call(session.userId()) != 0)
         throw sdkFailure("steering the playback of " + line.target.address());
-    console.print(line.json ? "{\"sent\": true}\n" : "sent\n"); // the camera does not tell whether it did it
+    console.print(line.json ? "{\"sent\": true}\n" : "sent\n");
     return ExitCode::Ok;
 }
 
-void addControl(CLI::App& verb, Options& options)
+ExitCode changeSpeed(const Options& options, const CommandLine& line, Console& console)
 {
-    verb.require_subcommand(1);
-    const auto add = [&](const char* name, const char* help) {
-        CLI::App* action = verb.add_subcommand(name, help);
-        action->callback([&options, name] { options.action = name; });
-        return action;
+    return steer([&](long userId) { return Kx_Ipc_ChangePlaybackSpeed(userId, options.speed); }, line,
+                 console);
+}
+
+void addControl(const Verb& recordings, const std::shared_ptr<Options>& options)
+{
+    const Verb control = recordings.add("control", "Steer the camera's playback");
+    const auto add = [&](const char* name, const char* help, int (*call)(long userId)) {
+        control.add(name, help).does([call](const CommandLine& line, Console& console) {
+            return steer(call, line, console);
+        });
     };
-    add("stop", "End it");
-    add("pause", "Hold it");
-    add("resume", "Let it go on");
-    add("speed", "Change its speed")
-        ->add_option("N", options.speed, "A code of the camera's")
-        ->type_name("")
-        ->required();
+    add("stop", "End it", Kx_Ipc_StopPlayback);
+    add("pause", "Hold it", Kx_Ipc_PausePlayback);
+    add("resume", "Let it go on", Kx_Ipc_ResumePlayback);
+    control.add("speed", "Change its speed")
+        .does(changeSpeed, options)
+        .argument("N", &options->speed, "A code of the camera's")
+        .required();
 }
 
 } // namespace
 
-void addRecordings(CLI::App& app, CommandLine& line)
+void addRecordings(const Verb& kxcam)
 {
-    const Subverbs<Options> verbs(app, line, "recordings",
-                                  "Search the camera's recordings, and steer its playback", footer);
-    Options& options = verbs.options();
-    CLI::App& searching = verbs.add("search", "List what was recorded between two times", search, "START",
-                                    options.start, "The earlier time");
-    searching.add_option("END", options.end, "The later time")->type_name("")->required();
-    searching.add_option("--first", options.firstPage, "The index of the camera's first page")
-        ->type_name("N")
-        ->check(CLI::Range(0, 1).description(""))
-        ->capture_default_str();
-    verbs
-        .add("info", "Play from a time on, and show the recording there", info, "TIME", options.start,
-             "The time")
-        .add_flag("--http", options.http, "For playback over HTTP");
-    verbs.add("position", "Show where the camera's playback is", position);
-    addControl(verbs.add("control", "Steer the camera's playback", control), options);
+    const auto options = std::make_shared<Options>();
+    const Verb recordings =
+        kxcam.add("recordings", "Search the camera's recordings, and steer its playback", footer);
+    const Verb searching =
+        recordings.add("search", "List what was recorded between two times").does(search, options);
+    searching.argument("START", &options->start, "The earlier time").required();
+    searching.argument("END", &options->end, "The later time").required();
+    searching.option("--first", "N", &options->firstPage, "The index of the camera's first page")
+        .within(0, 1)
+        .showDefault();
+    const Verb asking =
+        recordings.add("info", "Play from a time on, and show the recording there").does(info, options);
+    asking.argument("TIME", &options->start, "The time").required();
+    asking.flag("--http", &options->http, "For playback over HTTP");
+    recordings.add("position", "Show where the camera's playback is").does(position);
+    addControl(recordings, options);
 }
 
 } // namespace kxcam

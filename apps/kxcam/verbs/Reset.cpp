@@ -1,14 +1,11 @@
 // kxcam reset: brings the factory's settings back.
 #include <algorithm>
 #include <iterator>
-#include <memory>
-
-#include <CLI/CLI.hpp>
 
 #include <KxIpcSDK/KxSystem.h>
 
 #include "Terminal.h"
-#include "verbs/CommandLine.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -63,19 +60,14 @@ ExitCode reset(const Options& options, const CommandLine& line, Console& console
 
 } // namespace
 
-void addReset(CLI::App& app, CommandLine& line)
+void addReset(const Verb& kxcam)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App* verb = app.add_subcommand("reset", "Bring the factory's settings back");
-    verb->add_option("--keep", options->keep, "What survives: ip, user or all-defaults")
-        ->type_name("WHAT")
-        ->required()
-        ->check(CLI::IsMember({"ip", "user", "all-defaults"}).description(""));
-    verb->add_flag("--yes", options->yes, "Do not ask");
-    verb->footer(footer);
-    verb->callback([options, &line] {
-        line.verb = [options, &line](Console& console) { return reset(*options, line, console); };
-    });
+    const Verb verb = kxcam.add("reset", "Bring the factory's settings back", footer).does(reset, options);
+    verb.option("--keep", "WHAT", &options->keep, "What survives: ip, user or all-defaults")
+        .required()
+        .oneOf({"ip", "user", "all-defaults"});
+    verb.flag("--yes", &options->yes, "Do not ask");
 }
 
 } // namespace kxcam

@@ -2,14 +2,10 @@
 //
 // A set of the SDK sends a whole record, so kxcam reads the record, applies what was given, writes it, and
 // reads it back: a camera says "OK" to much that it does not keep.
-#include <memory>
-
-#include <CLI/CLI.hpp>
-
 #include "Assignment.h"
 #include "Json.h"
 #include "areas/Areas.h"
-#include "verbs/CommandLine.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -165,18 +161,14 @@ ExitCode set(const Options& options, const CommandLine& line, Console& console)
 
 } // namespace
 
-void addSet(CLI::App& app, CommandLine& line)
+void addSet(const Verb& kxcam)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App* verb = app.add_subcommand("set", "Change settings of an area, or list its keys");
-    verb->add_option("AREA", options->area, "What to change; see below")->type_name("")->required();
-    verb->add_option("ASSIGNMENTS", options->assignments, "key=value, one or more")->type_name("");
-    verb->add_option("--stream", options->stream, "Which stream, for video and osd: main, sub or third")
-        ->type_name("NAME");
-    verb->footer(areaHelp() + footer);
-    verb->callback([options, &line] {
-        line.verb = [options, &line](Console& console) { return set(*options, line, console); };
-    });
+    const Verb verb = kxcam.add("set", "Change settings of an area, or list its keys", areaHelp() + footer)
+                          .does(set, options);
+    verb.argument("AREA", &options->area, "What to change; see below").required();
+    verb.argument("ASSIGNMENTS", &options->assignments, "key=value, one or more");
+    verb.option("--stream", "NAME", &options->stream, "Which stream, for video and osd: main, sub or third");
 }
 
 } // namespace kxcam

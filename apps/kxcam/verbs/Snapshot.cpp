@@ -1,14 +1,10 @@
 // kxcam snapshot: saves a picture of a live stream.
-#include <memory>
-
-#include <CLI/CLI.hpp>
-
 #include "Amounts.h"
 #include "Interruption.h"
 #include "Landing.h"
 #include "LiveView.h"
-#include "verbs/CommandLine.h"
 #include "verbs/MediaOptions.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -69,16 +65,13 @@ ExitCode snapshot(const Options& options, const CommandLine& line, Console& cons
 
 } // namespace
 
-void addSnapshot(CLI::App& app, CommandLine& line)
+void addSnapshot(const Verb& kxcam)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App* verb = app.add_subcommand("snapshot", "Save a picture of a live stream");
-    verb->footer(footer);
-    verb->add_option("FILE", options->file, "Where to (JPEG)")->type_name("");
-    addStreamOption(*verb, options->stream);
-    verb->callback([options, &line] {
-        line.verb = [options, &line](Console& console) { return snapshot(*options, line, console); };
-    });
+    const Verb verb =
+        kxcam.add("snapshot", "Save a picture of a live stream", footer).does(snapshot, options);
+    verb.argument("FILE", &options->file, "Where to (JPEG)");
+    addStreamOption(verb, &options->stream);
 }
 
 } // namespace kxcam

@@ -1,9 +1,7 @@
 // kxcam test-smtp: has the camera send a test mail.
-#include <CLI/CLI.hpp>
-
 #include <KxIpcSDK/KxNetwork.h>
 
-#include "verbs/CommandLine.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -33,11 +31,9 @@ ExitCode testSmtp(const CommandLine& line, Console& console)
 
 } // namespace
 
-void addTestSmtp(CLI::App& app, CommandLine& line)
+void addTestSmtp(const Verb& kxcam)
 {
-    CLI::App* verb = app.add_subcommand("test-smtp", "Have the camera send a test mail");
-    verb->footer(footer);
-    verb->callback([&line] { line.verb = [&line](Console& console) { return testSmtp(line, console); }; });
+    kxcam.add("test-smtp", "Have the camera send a test mail", footer).does(testSmtp);
 }
 
 } // namespace kxcam

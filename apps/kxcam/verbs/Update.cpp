@@ -1,10 +1,8 @@
 // kxcam update: has the camera look for newer firmware, fetch it and install it, and follows that.
 #include <chrono>
 #include <limits>
-#include <memory>
 #include <thread>
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <KxIpcSDK/KxSystem.h>
@@ -12,7 +10,7 @@
 #include "Carriable.h"
 #include "Json.h"
 #include "Progress.h"
-#include "verbs/CommandLine.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -120,31 +118,20 @@ ExitCode watch(const Options& options, const CommandLine& line, Console& console
 
 } // namespace
 
-void addUpdate(CLI::App& app, CommandLine& line)
+void addUpdate(const Verb& kxcam)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App* verb = app.add_subcommand("update", "Update the camera's firmware online");
-    verb->require_subcommand(1);
-    verb->footer(footer);
-    verb->add_subcommand("check", "Have the camera look for newer firmware, and show its answer")
-        ->callback([&line] { line.verb = [&line](Console& console) { return check(line, console); }; });
-
-    CLI::App* starting = verb->add_subcommand("start", "Have the camera fetch and install firmware");
-    starting->add_option("TEXT", options->text, "What to install, in the camera's own words")
-        ->type_name("")
-        ->required();
-    starting->callback([options, &line] {
-        line.verb = [options, &line](Console& console) { return start(*options, line, console); };
-    });
-
-    CLI::App* watching = verb->add_subcommand("watch", "Follow an update until it is done");
-    watching->add_option("--interval", options->interval, "Milliseconds between two questions")
-        ->type_name("MS")
-        ->check(CLI::Range(1, 60'000).description(""))
-        ->capture_default_str();
-    watching->callback([options, &line] {
-        line.verb = [options, &line](Console& console) { return watch(*options, line, console); };
-    });
+    const Verb update = kxcam.add("update", "Update the camera's firmware online", footer);
+    update.add("check", "Have the camera look for newer firmware, and show its answer").does(check);
+    update.add("start", "Have the camera fetch and install firmware")
+        .does(start, options)
+        .argument("TEXT", &options->text, "What to install, in the camera's own words")
+        .required();
+    update.add("watch", "Follow an update until it is done")
+        .does(watch, options)
+        .option("--interval", "MS", &options->interval, "Milliseconds between two questions")
+        .within(1, 60'000)
+        .showDefault();
 }
 
 } // namespace kxcam

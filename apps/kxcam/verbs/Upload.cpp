@@ -12,7 +12,7 @@
 #include "Restart.h"
 #include "Terminal.h"
 #include "Transfer.h"
-#include "verbs/Subverbs.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -143,37 +143,37 @@ ExitCode uploadBy(const Options& options, const CommandLine& line, Console& cons
     return upload(Function, options, line, console);
 }
 
-void addWaiting(CLI::App& verb, Options& options)
+void addWaiting(const Verb& verb, Options& options)
 {
-    verb.add_option("--wait", options.patience, "Seconds that the restart may take")
-        ->type_name("S")
-        ->check(CLI::Range(1, 36'000).description(""))
-        ->capture_default_str();
+    verb.option("--wait", "S", &options.patience, "Seconds that the restart may take")
+        .within(1, 36'000)
+        .showDefault();
 }
 
-void addInstalling(CLI::App& firmware, Options& options)
+void addInstalling(const Verb& firmware, Options& options)
 {
-    firmware.add_flag("--reset-settings", options.resetSettings, "Go back to the factory's settings");
-    firmware.add_flag("--yes", options.yes, "Do not ask");
-    firmware.add_option("--expect", options.expect, "The version that must run afterwards")
-        ->type_name("VERSION");
+    firmware.flag("--reset-settings", &options.resetSettings, "Go back to the factory's settings");
+    firmware.flag("--yes", &options.yes, "Do not ask");
+    firmware.option("--expect", "VERSION", &options.expect, "The version that must run afterwards");
     addWaiting(firmware, options);
 }
 
 } // namespace
 
-void addUpload(CLI::App& app, CommandLine& line)
+void addUpload(const Verb& kxcam)
 {
-    const Subverbs<Options> verbs(app, line, "upload", "Send a file to the camera", footer);
-    Options& options = verbs.options();
-    const auto add = [&](const char* name, const char* help, auto work) -> CLI::App& {
-        return verbs.add(name, help, work, "FILE", options.path, "The local file");
+    const auto options = std::make_shared<Options>();
+    const Verb upload = kxcam.add("upload", "Send a file to the camera", footer);
+    const auto add = [&](const char* name, const char* help, auto work) {
+        const Verb verb = upload.add(name, help).does(work, options);
+        verb.argument("FILE", &options->path, "The local file").required();
+        return verb;
     };
     add("config", "Give the camera a configuration", uploadBy<Kx_Ipc_UploadConfigFile>);
     add("oem", "Give it an OEM configuration: names and looks of who sells it",
         uploadBy<Kx_Ipc_UploadOemConfigFile>);
-    addInstalling(add("firmware", "Install a firmware, and wait for the restart", installFirmware), options);
-    addWaiting(add("kernel", "Install a kernel, and wait for the restart", installKernel), options);
+    addInstalling(add("firmware", "Install a firmware, and wait for the restart", installFirmware), *options);
+    addWaiting(add("kernel", "Install a kernel, and wait for the restart", installKernel), *options);
     add("file", "Store a file on the memory card", uploadBy<Kx_Ipc_UploadFileToSdCard>);
 }
 

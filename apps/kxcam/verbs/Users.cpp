@@ -9,7 +9,7 @@
 #include "Json.h"
 #include "SecretInput.h"
 #include "Terminal.h"
-#include "verbs/Subverbs.h"
+#include "verbs/Verb.h"
 
 namespace kxcam
 {
@@ -109,7 +109,7 @@ nlohmann::ordered_json jsonOf(const std::optional<int>& number)
     return number ? nlohmann::ordered_json(*number) : nullptr;
 }
 
-ExitCode list(const Options&, const CommandLine& line, Console& console)
+ExitCode list(const CommandLine& line, Console& console)
 {
     std::vector<TableLine> lines;
     auto array = nlohmann::ordered_json::array();
@@ -213,20 +213,21 @@ ExitCode changePassword(const Options& options, const CommandLine& line, Console
 
 } // namespace
 
-void addUsers(CLI::App& app, CommandLine& line)
+void addUsers(const Verb& kxcam)
 {
-    const Subverbs<Options> verbs(app, line, "users", "List, add, delete and change user accounts", footer);
-    Options& options = verbs.options();
-    const auto addNamed = [&](const char* name, const char* help, auto work) -> CLI::App& {
-        return verbs.add(name, help, work, "NAME", options.name, "The user");
+    const auto options = std::make_shared<Options>();
+    const Verb users = kxcam.add("users", "List, add, delete and change user accounts", footer);
+    const auto addNamed = [&](const char* name, const char* help, auto work) {
+        const Verb verb = users.add(name, help).does(work, options);
+        verb.argument("NAME", &options->name, "The user").required();
+        return verb;
     };
-    verbs.add("list", "Show the users, their authorities and privileges", list);
+    users.add("list", "Show the users, their authorities and privileges").does(list);
     addNamed("add", "Add a user", add)
-        .add_option("--authority", options.authority, "The user's authority")
-        ->type_name("N")
-        ->check(CLI::Range(0, 255).description(""))
-        ->capture_default_str();
-    addNamed("delete", "Delete a user", remove).add_flag("--yes", options.yes, "Do not ask");
+        .option("--authority", "N", &options->authority, "The user's authority")
+        .within(0, 255)
+        .showDefault();
+    addNamed("delete", "Delete a user", remove).flag("--yes", &options->yes, "Do not ask");
     addNamed("password", "Give a user a new password", changePassword);
     addNamed("type", "Show a user's authority", type);
 }
