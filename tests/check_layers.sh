@@ -22,4 +22,8 @@ may src/KxIpcSDK 'KxIpcSDK/|Core/|Log/|ZrThread/|inirw/|NetManager/|KxSearch/|ip
 may sim 'KxSim/'
 may apps/kxcam 'KxIpcSDK/Kx[A-Za-z]*\.h'
 may apps/kxsim 'KxSim/'
+
+# Every other file of kxcam would take several times as long to compile.
+parsers=$(grep -rl '#include <CLI/' apps/kxcam | grep -vE '/verbs/(CommandLine|Verb)\.cpp$' || true)
+[ -z "$parsers" ] || { echo "the command line's parser is for Verb.cpp and CommandLine.cpp only:"; echo "$parsers"; failed=1; }
 exit $failed
