@@ -67,6 +67,15 @@ FramePtr greyPicture(int width, int height, int brightness, AVPixelFormat format
     return frame;
 }
 
+/// Adds what changes from pixel to pixel and from picture to picture.
+void drawDetail(AVFrame& frame, int number)
+{
+    for (int y = 0; y < frame.height; ++y)
+        for (int x = 0; x < frame.width; ++x)
+            frame.data[0][y * frame.linesize[0] + x] +=
+                static_cast<std::uint8_t>((x * x + y * y * (number + 3)) % 31);
+}
+
 Media encodeVideo(const VideoKind& kind)
 {
     const AVCodec* codec = avcodec_find_encoder_by_name(kind.encoder);
@@ -93,6 +102,8 @@ Media encodeVideo(const VideoKind& kind)
     return encodeAll(*encoder, kind.frames, [&](int number) {
         FramePtr frame = greyPicture(kind.width, kind.height, 0, encoder->pix_fmt);
         drawNumber(*frame, number);
+        if (kind.detailed)
+            drawDetail(*frame, number);
         frame->pts = number;
         return frame;
     });

@@ -27,6 +27,7 @@ struct VideoKind
     AVRational rate{25, 1};
     int keyDistance = 25;
     const char* parameters = ""; // more of them, for libx264
+    bool detailed = false;       // pictures have more than their number in them
 };
 
 inline constexpr int numberBars = 10;

@@ -169,11 +169,15 @@ TEST_P(LiveLossTest, ShowsNothingThatRefersToWhatWasLost)
         }
 }
 
-/// Fragments of a size that does not tell which is the last: pictures come a frame later then, but they come.
+/// Fragments of a size that does not tell which is the last: pictures come a frame later then, but they come, as they are.
 TEST(VideoFeedTest, ShowsWhatIsFragmentedInAnotherWay)
 {
     for (const std::ptrdiff_t first : {520, 90}) {
-        const Media video = encodeVideo({.width = 640, .height = 480, .frames = 20});
+        const Media video = encodeVideo(
+            {.width = 320, .height = 240, .frames = 20, .parameters = "slices=4", .detailed = true});
+        Receiver usual(video);
+        for (int i = 0; i < 20; ++i)
+            usual.take(i, piecesOf(*video.packets[static_cast<std::size_t>(i)], largestPiece));
         Receiver receiver(video);
         for (int i = 0; i < 20; ++i) {
             for (const Piece& unit : piecesOf(*video.packets[static_cast<std::size_t>(i)], 4000))
@@ -184,6 +188,8 @@ TEST(VideoFeedTest, ShowsWhatIsFragmentedInAnotherWay)
                 }
         }
         EXPECT_EQ(receiver.pictures.size(), 19u);
+        for (const auto& [number, picture] : receiver.pictures)
+            EXPECT_TRUE(picture == usual.pictures[number - 1]) << number;
         EXPECT_EQ(receiver.counters.framesDropped, 0);
     }
 }

@@ -59,8 +59,8 @@ bool LiveDecoder::endFrame()
 
 void LiveDecoder::flush()
 {
-    decoder_.flush();
     numbers_.breakOff();
+    renewDecoder();
     state_ = State::Beginning;
     shown_ = false;
 }
@@ -68,7 +68,6 @@ void LiveDecoder::flush()
 void LiveDecoder::lose()
 {
     flush();
-    renewDecoder();
     state_ = State::Lost;
 }
 
