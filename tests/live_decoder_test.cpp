@@ -6,6 +6,7 @@
 #include "StreamTest.h"
 #include "ipcctl/AnnexB.h"
 #include "ipcctl/FrameAssembler.h"
+#include "ipcctl/H264Headers.h"
 #include "ipcctl/VideoFeed.h"
 
 namespace
@@ -192,6 +193,14 @@ TEST(VideoFeedTest, ShowsWhatIsFragmentedInAnotherWay)
             EXPECT_TRUE(picture == usual.pictures[number - 1]) << number;
         EXPECT_EQ(receiver.counters.framesDropped, 0);
     }
+}
+
+/// A scaling list with the largest difference that can be written: nothing must overflow.
+TEST(H264HeadersTest, TakeAnyNumbers)
+{
+    static constexpr std::uint8_t set[] = {0x67, 0x64, 0x00, 0x28, 0xAD, 0x80, 0x00,
+                                           0x00, 0x03, 0x00, 0xFF, 0xFF, 0xFF, 0xFE};
+    EXPECT_FALSE(readSequenceHeader(set));
 }
 
 /// Too far from its key frame to be decoded when it is asked for.

@@ -71,11 +71,9 @@ bool hasColourFormat(unsigned profile)
 
 void skipScalingList(BitReader& reader, int size)
 {
-    int last = 8;
-    for (int i = 0, next = 8; i < size && next != 0 && !reader.failed(); ++i) {
-        next = (last + reader.signedNumber() + 256) % 256;
-        last = next;
-    }
+    unsigned last = 8;
+    for (int i = 0; i < size && last != 0 && !reader.failed(); ++i)
+        last = (last + static_cast<unsigned>(reader.signedNumber())) % 256;
 }
 
 /// Whether the three colours are coded apart.
