@@ -1,5 +1,6 @@
 // How live video becomes pictures: as early as can be, and none that is damaged.
 #include <algorithm>
+#include <future>
 #include <map>
 
 #include "StreamMedia.h"
@@ -201,6 +202,25 @@ TEST(H264HeadersTest, TakeAnyNumbers)
     static constexpr std::uint8_t set[] = {0x67, 0x64, 0x00, 0x28, 0xAD, 0x80, 0x00,
                                            0x00, 0x03, 0x00, 0xFF, 0xFF, 0xFF, 0xFE};
     EXPECT_FALSE(readSequenceHeader(set));
+}
+
+/// A snapshot of a stream that has just been opened, in the middle of a refresh.
+TEST(VideoFeedTest, WaitsForAPictureWhereWhatIsThereYieldsNone)
+{
+    constexpr int frames = 100;
+    const Media video =
+        encodeVideo({.frames = frames, .keyDistance = 20, .parameters = "intra-refresh=1:bframes=0"});
+    Receiver receiver(video);
+    receiver.wants = false;
+    const auto take = [&](int frame) {
+        receiver.take(frame, piecesOf(*video.packets[static_cast<std::size_t>(frame)], largestPiece));
+    };
+    for (int i = 21; i < 43; ++i)
+        take(i);
+    auto latest = std::async(std::launch::async, [&] { return receiver.feed.latestFrame(5s); });
+    for (int i = 43; i < frames && latest.wait_for(10ms) != std::future_status::ready; ++i)
+        take(i);
+    EXPECT_NE(latest.get(), nullptr);
 }
 
 /// Too far from its key frame to be decoded when it is asked for.

@@ -93,14 +93,12 @@ void VideoFeed::detach(const FrameSink& sink)
 
 FramePtr VideoFeed::latestFrame(std::chrono::milliseconds time)
 {
+    const auto until = Backlog::Clock::now() + time;
     CodecParametersPtr parameters(avcodec_parameters_alloc());
     GopCache::Packets packets;
     {
         std::unique_lock lock(mutex_);
-        ++waiting_;
-        pictureThere_.wait_for(lock, time,
-                               [this] { return stopped_ || latest_ != nullptr || !gop_.packets().empty(); });
-        --waiting_;
+        waitUntil(until, lock, [this] { return latest_ != nullptr || !gop_.packets().empty(); });
         if (stopped_)
             return nullptr;
         if (latest_ != nullptr)
@@ -113,7 +111,21 @@ FramePtr VideoFeed::latestFrame(std::chrono::milliseconds time)
     }
     if (std::ranges::any_of(packets, [](const PacketPtr& packet) { return packet == nullptr; }))
         return nullptr;
-    return decodeLast(*parameters, packets);
+    if (FramePtr last = decodeLast(*parameters, packets))
+        return last;
+    std::unique_lock lock(mutex_); // none can be shown yet
+    waitUntil(until, lock, [this] { return latest_ != nullptr; });
+    return FramePtr(stopped_ || latest_ == nullptr ? nullptr : av_frame_clone(latest_.get()));
+}
+
+/// Meanwhile the reader decodes.
+template <typename Condition>
+void VideoFeed::waitUntil(Backlog::Clock::time_point until, std::unique_lock<std::mutex>& lock,
+                          Condition condition)
+{
+    ++waiting_;
+    pictureThere_.wait_until(lock, until, [&] { return stopped_ || condition(); });
+    --waiting_;
 }
 
 void VideoFeed::noticeStopped()

@@ -63,6 +63,8 @@ private:
         CatchUp // only for the pictures that come after it
     };
 
+    template <typename Condition>
+    void waitUntil(Backlog::Clock::time_point until, std::unique_lock<std::mutex>& lock, Condition condition);
     bool wanted();
     void keep(const AVPacket& frame);
     void catchUp();
