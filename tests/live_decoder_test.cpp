@@ -196,6 +196,44 @@ TEST(VideoFeedTest, ShowsWhatIsFragmentedInAnotherWay)
     }
 }
 
+/// A slice that has lost its beginning looks like that, too, but seldom comes.
+TEST(VideoFeedTest, ShowsPicturesAtOnceAlsoAfterTheBeginningOfASliceWasLost)
+{
+    constexpr int frames = 50;
+    constexpr int hit = 40;
+    const Media video =
+        encodeVideo({.frames = frames, .keyDistance = 1, .parameters = "slices=2", .detailed = true});
+    Receiver receiver(video);
+    for (int i = 0; i < frames; ++i) {
+        std::vector<Piece> pieces = piecesOf(*video.packets[static_cast<std::size_t>(i)], largestPiece);
+        const auto isBeginning = [](Bytes piece) { return !nextUnit(piece).empty(); };
+        const auto last = std::find_if(pieces.rbegin(), pieces.rend(), isBeginning);
+        if (i == hit)
+            pieces.erase(std::prev(last.base()));
+        receiver.take(i, pieces);
+        EXPECT_EQ(receiver.pictures.count(i), i == hit ? 0u : 1u) << i;
+    }
+}
+
+/// Larger than units are put together, smaller than frames are.
+TEST(VideoFeedTest, ShowsFramesOfHugeUnits)
+{
+    constexpr int frames = 2;
+    constexpr std::size_t filling = 9 << 20;
+    const Media video = encodeVideo({.frames = frames});
+    Receiver receiver(video);
+    for (int i = 0; i < frames; ++i) {
+        AVPacket& frame = *video.packets[static_cast<std::size_t>(i)];
+        const auto size = static_cast<std::size_t>(frame.size);
+        ASSERT_EQ(av_grow_packet(&frame, filling), 0);
+        for (std::size_t at = 0; at < filling; ++at)
+            frame.data[size + at] = at % 3 == 2 ? 3 : 0; // means nothing
+        receiver.take(i, piecesOf(frame, 50'000));
+    }
+    EXPECT_EQ(receiver.pictures.size(), frames - 1u) << "the last one is not known to be whole";
+    EXPECT_EQ(receiver.counters.framesDropped, 0);
+}
+
 /// A scaling list with the largest difference that can be written: nothing must overflow.
 TEST(H264HeadersTest, TakeAnyNumbers)
 {

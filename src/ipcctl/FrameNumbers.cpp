@@ -64,6 +64,8 @@ void FrameNumbers::keep(Bytes set)
     constexpr std::size_t most = 64 << 10;
     if (std::exchange(setsEnded_, false) || sets_.size() + set.size() > most)
         sets_.clear();
+    if (set.size() > most)
+        return;
     sets_.insert(sets_.end(), {0, 0, 0, 1});
     sets_.insert(sets_.end(), set.begin(), set.end());
 }

@@ -9,6 +9,8 @@ namespace
 constexpr int startSize = 5;       // a start code and the unit's first byte, which fragments do not repeat
 constexpr int leastFragment = 500; // no network has packets so small that this would be parted
 constexpr int largestUnit = 8 << 20;
+constexpr int doubtful = 20; // so many units in fragments as they should be outweigh one that was not
+constexpr int mostTrust = 5 * doubtful;
 
 /// Others are too small to come in fragments.
 bool isSlice(const AVPacket& unit)
@@ -42,12 +44,12 @@ void UnitAssembler::take(const AVPacket& packet, const Taker& taker)
         begin(packet);
     else if (unit_ != nullptr)
         goOn(packet);
-    else
-        wrong_ |= lastTime_ != AV_NOPTS_VALUE &&
-                  packet.pts == lastTime_; // else the rest of one whose beginning was lost
+    else if (lastTime_ != AV_NOPTS_VALUE && packet.pts == lastTime_)
+        doubt();
     if (unit_ == nullptr || !complete_)
         return;
     lastTime_ = isSlice(*unit_) ? unit_->pts : AV_NOPTS_VALUE;
+    trust_ = std::min(trust_ + (pieces_ > 1 ? 1 : 0), mostTrust);
     const PacketPtr unit = std::move(unit_);
     taker(*unit);
 }
@@ -65,12 +67,21 @@ void UnitAssembler::goOn(const AVPacket& packet)
     const int before = unit_->size;
     if (before > largestUnit || av_grow_packet(unit_.get(), packet.size) < 0) {
         unit_.reset();
+        wrong_ = true;
         return;
     }
     std::memcpy(unit_->data + before, packet.data, static_cast<std::size_t>(packet.size));
     ++pieces_;
     fragment_ = beginning_;
     complete_ = packet.size < beginning_;
+}
+
+/// There is more of a unit that was taken for complete, or the beginning of the next one was lost; that is rare.
+void UnitAssembler::doubt()
+{
+    lastTime_ = AV_NOPTS_VALUE;
+    trust_ -= doubtful;
+    wrong_ |= trust_ < 0;
 }
 
 /// Whether a unit that begins so may go on.

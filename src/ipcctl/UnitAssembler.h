@@ -21,18 +21,20 @@ public:
 
     /// Whether no unit is incomplete.
     bool isComplete() const { return unit_ == nullptr; }
-    /// Whether something was handed on that was not complete: this camera fragments otherwise.
+    /// Whether something was handed on that was not complete, or was too large to be: this camera fragments otherwise.
     bool wasWrong() const { return wrong_; }
 
 private:
     void begin(const AVPacket& packet);
     void goOn(const AVPacket& packet);
+    void doubt();
     bool isFragment(int size) const;
 
     PacketPtr unit_;    // null: none has begun that is not complete
     int beginning_ = 0; // size of its first fragment, or of the whole
     int pieces_ = 0;
     bool complete_ = false;
+    int trust_ = 0; // in what the sizes tell
     bool wrong_ = false;
     std::int64_t lastTime_ = AV_NOPTS_VALUE; // of the unit handed on last, if a slice
 
