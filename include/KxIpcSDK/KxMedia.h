@@ -97,7 +97,8 @@ typedef struct FoundFileInfo
 /** Counters of a live stream since it was opened. */
 typedef struct KxLiveStatus
 {
-    int64_t framesReceived;  /**< pictures that came whole; known of one when the next begins */
+    int64_t
+        framesReceived; /**< pictures that came whole, or fields that came apart; known of one when the next begins */
     int64_t framesDecoded;   /**< 0 while nobody wants them decoded, unless key frames are very far apart */
     int64_t framesDelivered; /**< handed to the session's callback; 0 without one */
     int64_t

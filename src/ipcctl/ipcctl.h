@@ -39,7 +39,8 @@ using AudioBufCallBack = int (*)(void* source, void* user, short* samples, int c
 /// Counters of a stream since it was opened.
 struct StreamStatus
 {
-    std::int64_t framesReceived; ///< video frames that came whole; known of one when the next begins
+    std::int64_t
+        framesReceived; ///< video frames that came whole, or fields that came apart; known of one when the next begins
     std::int64_t framesDecoded; ///< 0 while nobody wants decoded frames, unless key frames are very far apart
     std::int64_t framesDelivered; ///< handed to the video callback
     std::int64_t
