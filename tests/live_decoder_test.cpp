@@ -89,6 +89,7 @@ private:
     FrameAssembler frames_;
     int frame_ = 0;
     const FrameAssembler::Takers takers_{.frame = [this](const AVPacket& frame) { feed.take(frame, 25); },
+                                         .wantsUnit = [this] { return feed.beginUnit(); },
                                          .unit = [this](const AVPacket& unit) { feed.takeUnit(unit); },
                                          .startOver = [this] { feed.startOver(); }};
 };

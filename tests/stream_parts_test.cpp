@@ -149,6 +149,7 @@ std::vector<PacketPtr> putTogether(FrameAssembler& assembler, const std::vector<
     std::vector<PacketPtr> whole;
     const FrameAssembler::Takers takers{
         .frame = [&](const AVPacket& taken) { whole.emplace_back(av_packet_clone(&taken)); },
+        .wantsUnit = [] { return false; },
         .unit = [](const AVPacket&) {},
         .startOver = [] {}};
     const PacketPtr piece(av_packet_alloc());

@@ -67,10 +67,11 @@ bool AviWriter::open(std::unique_ptr<SavedFile> file, const AVCodecParameters& v
     if (avformat_alloc_output_context2(&context, nullptr, "avi", nullptr) < 0)
         return false;
     output_.reset(context);
+    written_.reset(av_packet_alloc());
     context->pb = ioFor(*file_);
     context->flags |= AVFMT_FLAG_CUSTOM_IO;
     context->flush_packets = 0; // they are written in large pieces
-    if (context->pb == nullptr || !addVideo(video, frameRate))
+    if (context->pb == nullptr || written_ == nullptr || !addVideo(video, frameRate))
         return false;
     if (sound != nullptr && SoundTrack::carries(*sound) && !addSound(*sound))
         return false;
@@ -134,8 +135,8 @@ void AviWriter::writeVideo(const AVPacket& packet, double time)
     if (first)
         begin_ = time;
     const std::int64_t number = grid_->place(static_cast<std::int64_t>(time * 1000));
-    const PacketPtr copy = withParameterSets(packet);
-    if (copy != nullptr && write(*copy, 0, number))
+    const PacketPtr whole = withParameterSets(packet);
+    if (write(whole != nullptr ? *whole : packet, 0, number))
         ++frames_;
     if (first || time - saved_ >= savePause)
         save(time);
@@ -146,10 +147,9 @@ void AviWriter::writeSound(const AVPacket& packet, double time)
     if (!good_ || !sound_ || grid_->frames() == 0 || packet.size <= 0)
         return;
     const std::int64_t missing = sound_->missingBefore(time - begin_);
-    const PacketPtr copy(av_packet_clone(&packet));
-    if (missing < 0 || copy == nullptr || !leaveEmpty(missing))
+    if (missing < 0 || !leaveEmpty(missing))
         return;
-    write(*copy, sound_->stream(), sound_->length());
+    write(packet, sound_->stream(), sound_->length());
     sound_->advance(sound_->unitsOf(packet));
 }
 
@@ -171,12 +171,12 @@ bool AviWriter::leaveEmpty(std::int64_t units)
     return good_;
 }
 
-/// Players that begin at a key frame know from it alone how to decode it.
+/// Players that begin at a key frame know from it alone how to decode it. Null: the packet can stay as it is.
 PacketPtr AviWriter::withParameterSets(const AVPacket& packet) const
 {
     const AVCodecParameters& video = *video_;
     if ((packet.flags & AV_PKT_FLAG_KEY) == 0 || !lacksParameterSets(packet, video))
-        return PacketPtr(av_packet_clone(&packet));
+        return nullptr;
     PacketPtr whole(av_packet_alloc());
     if (whole == nullptr || av_new_packet(whole.get(), video.extradata_size + packet.size) < 0)
         return nullptr;
@@ -187,12 +187,14 @@ PacketPtr AviWriter::withParameterSets(const AVPacket& packet) const
 }
 
 /// False: there is no room.
-bool AviWriter::write(AVPacket& packet, int stream, std::int64_t number)
+bool AviWriter::write(const AVPacket& packet, int stream, std::int64_t number)
 {
-    packet.stream_index = stream;
-    packet.pts = packet.dts = number;
-    packet.duration = 0;
-    if (av_write_frame(output_.get(), &packet) < 0 || output_->pb->error != 0)
+    written_->data = packet.data; // lent for the call
+    written_->size = packet.size;
+    written_->flags = packet.flags;
+    written_->stream_index = stream;
+    written_->pts = written_->dts = number;
+    if (av_write_frame(output_.get(), written_.get()) < 0 || output_->pb->error != 0)
         giveUp();
     return good_;
 }

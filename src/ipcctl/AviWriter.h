@@ -50,7 +50,7 @@ private:
     bool addVideo(const AVCodecParameters& video, AVRational frameRate);
     bool addSound(const AVCodecParameters& sound);
     bool begin();
-    bool write(AVPacket& packet, int stream, std::int64_t number);
+    bool write(const AVPacket& packet, int stream, std::int64_t number);
     bool leaveEmpty(std::int64_t units);
     PacketPtr withParameterSets(const AVPacket& packet) const;
     void save(double time);
@@ -59,6 +59,7 @@ private:
 
     std::unique_ptr<SavedFile> file_;
     std::unique_ptr<AVFormatContext, OutputFree> output_;
+    PacketPtr written_;
     AviHeader header_;
     CodecParametersPtr video_; // of what comes
     std::optional<FrameGrid> grid_;

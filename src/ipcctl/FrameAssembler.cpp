@@ -62,12 +62,13 @@ void FrameAssembler::take(const AVPacket& packet, const Takers& takers)
         takeWhole(packet, takers);
         return;
     }
-    if (givesUnits_ && UnitAssembler::begins(packet))
+    const bool beginsUnit = givesUnits_ && UnitAssembler::begins(packet);
+    if (beginsUnit)
         units_.end(takers.unit);
     parse(packet, takers);
     if (!givesUnits_)
         return;
-    units_.take(packet, takers.unit);
+    units_.take(packet, beginsUnit && takers.wantsUnit(), takers.unit);
     givesUnits_ = !units_.wasWrong();
     if (!givesUnits_)
         takers.startOver();

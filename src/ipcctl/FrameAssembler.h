@@ -13,10 +13,11 @@
 class FrameAssembler
 {
 public:
-    /// What is handed on. The units of a frame come before it, all of them or none.
+    /// What is handed on. The wanted units of a frame come before it.
     struct Takers
     {
         std::function<void(const AVPacket& frame)> frame;
+        std::function<bool()> wantsUnit; // asked when it begins
         std::function<void(const AVPacket& unit)> unit;
         std::function<void()> startOver; // some unit was not as it is: no more of them
     };

@@ -150,6 +150,7 @@ void LiveStream::receive(RtspSource& source)
 {
     const PacketPtr packet(av_packet_alloc());
     const FrameAssembler::Takers takers{.frame = [&](const AVPacket& frame) { takeFrame(frame, source); },
+                                        .wantsUnit = [&] { return video_.beginUnit(); },
                                         .unit = [&](const AVPacket& unit) { video_.takeUnit(unit); },
                                         .startOver = [&] { video_.startOver(); }};
     while (packet != nullptr && read(source, *packet) && !stopped_) {

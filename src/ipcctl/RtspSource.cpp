@@ -28,6 +28,12 @@ std::string percentEncode(std::string_view text)
     return encoded;
 }
 
+bool hasOnlyKeyFrames(AVCodecID codec)
+{
+    const AVCodecDescriptor* const descriptor = avcodec_descriptor_get(codec);
+    return descriptor != nullptr && (descriptor->props & AV_CODEC_PROP_INTRA_ONLY) != 0;
+}
+
 /// Options of FFmpeg's, freed with what it did not know of them.
 class Options
 {
@@ -74,7 +80,7 @@ RtspSource::Opened RtspSource::open(const StreamAddress& address)
     if (context == nullptr)
         return Opened::No;
     silence(*context);
-    context->flags |= AVFMT_FLAG_NOPARSE;
+    context->flags |= AVFMT_FLAG_NOPARSE | AVFMT_FLAG_NOFILLIN; // it would take a piece for a frame
     context->interrupt_callback = deadline_.callback();
     const int result =
         avformat_open_input(&context, url.c_str(), av_find_input_format("rtsp"), options.get());
@@ -85,6 +91,7 @@ RtspSource::Opened RtspSource::open(const StreamAddress& address)
         return Opened::No;
     video_ = first(AVMEDIA_TYPE_VIDEO);
     sound_ = first(AVMEDIA_TYPE_AUDIO);
+    onlyKeyFrames_ = video_ != nullptr && hasOnlyKeyFrames(video_->codecpar->codec_id);
     lastVideo_ = Deadline::Clock::now();
     return video_ != nullptr || sound_ != nullptr ? Opened::Yes : Opened::No;
 }
@@ -94,8 +101,11 @@ bool RtspSource::read(AVPacket& packet)
     deadline_.allow(g_streamTiming.silence);
     if (av_read_frame(input_.get(), &packet) != 0)
         return false;
+    const bool isVideo = video_ != nullptr && packet.stream_index == video_->index;
+    if (isVideo && onlyKeyFrames_)
+        packet.flags |= AV_PKT_FLAG_KEY;
     const auto now = Deadline::Clock::now();
-    if (video_ == nullptr || packet.stream_index == video_->index)
+    if (isVideo || video_ == nullptr)
         lastVideo_ = now;
     return now - lastVideo_ < g_streamTiming.silence;
 }

@@ -58,5 +58,6 @@ private:
     InputPtr input_;
     const AVStream* video_ = nullptr;
     const AVStream* sound_ = nullptr;
+    bool onlyKeyFrames_ = false; // the video's every frame is one
     Deadline::Clock::time_point lastVideo_{};
 };

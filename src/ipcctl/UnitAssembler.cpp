@@ -29,51 +29,70 @@ bool UnitAssembler::begins(const AVPacket& packet)
 
 void UnitAssembler::end(const Taker& taker)
 {
-    if (unit_ == nullptr)
+    if (isComplete())
         return;
     if (pieces_ == 1 && beginning_ != fragment_)
         whole_ = std::max(whole_, beginning_);
-    complete_ = true;
-    const PacketPtr unit = std::move(unit_);
-    taker(*unit);
+    hand(taker);
 }
 
-void UnitAssembler::take(const AVPacket& packet, const Taker& taker)
+void UnitAssembler::take(const AVPacket& packet, bool wanted, const Taker& taker)
 {
     if (begins(packet))
-        begin(packet);
-    else if (unit_ != nullptr)
+        begin(packet, wanted);
+    else if (!isComplete())
         goOn(packet);
     else if (lastTime_ != AV_NOPTS_VALUE && packet.pts == lastTime_)
         doubt();
-    if (unit_ == nullptr || !complete_)
+    if (isComplete() || !ends_)
         return;
-    lastTime_ = isSlice(*unit_) ? unit_->pts : AV_NOPTS_VALUE;
+    lastTime_ = isSlice_ ? time_ : AV_NOPTS_VALUE;
     trust_ = std::min(trust_ + (pieces_ > 1 ? 1 : 0), mostTrust);
-    const PacketPtr unit = std::move(unit_);
-    taker(*unit);
+    hand(taker);
 }
 
-void UnitAssembler::begin(const AVPacket& packet)
+void UnitAssembler::begin(const AVPacket& packet, bool wanted)
 {
-    unit_.reset(av_packet_clone(&packet));
-    beginning_ = packet.size - startSize;
+    unit_.reset(wanted ? av_packet_clone(&packet) : nullptr);
     pieces_ = 1;
-    complete_ = !isFragment(beginning_);
+    beginning_ = packet.size - startSize;
+    size_ = packet.size;
+    time_ = packet.pts;
+    isSlice_ = isSlice(packet);
+    ends_ = !isFragment(beginning_);
 }
 
 void UnitAssembler::goOn(const AVPacket& packet)
 {
-    const int before = unit_->size;
-    if (before > largestUnit || av_grow_packet(unit_.get(), packet.size) < 0) {
+    size_ += packet.size;
+    if (size_ > largestUnit || !append(packet)) {
         unit_.reset();
+        pieces_ = 0;
         wrong_ = true;
         return;
     }
-    std::memcpy(unit_->data + before, packet.data, static_cast<std::size_t>(packet.size));
     ++pieces_;
     fragment_ = beginning_;
-    complete_ = packet.size < beginning_;
+    ends_ = packet.size < beginning_;
+}
+
+/// False when there is no memory.
+bool UnitAssembler::append(const AVPacket& packet)
+{
+    if (unit_ == nullptr)
+        return true;
+    const int before = unit_->size;
+    if (av_grow_packet(unit_.get(), packet.size) < 0)
+        return false;
+    std::memcpy(unit_->data + before, packet.data, static_cast<std::size_t>(packet.size));
+    return true;
+}
+
+void UnitAssembler::hand(const Taker& taker)
+{
+    pieces_ = 0;
+    if (const PacketPtr unit = std::move(unit_))
+        taker(*unit);
 }
 
 /// There is more of a unit that was taken for complete, or the beginning of the next one was lost; that is rare.

@@ -17,23 +17,31 @@ public:
     /// To be called before a packet that begins a unit is taken: what came before has ended.
     void end(const Taker& taker);
     /// Hands on the unit that the packet completes, if so.
-    void take(const AVPacket& packet, const Taker& taker);
+    /// @param wanted  whether a unit that the packet begins is; of others only the sizes count
+    void take(const AVPacket& packet, bool wanted, const Taker& taker);
 
     /// Whether no unit is incomplete.
-    bool isComplete() const { return unit_ == nullptr; }
+    bool isComplete() const { return pieces_ == 0; }
     /// Whether something was handed on that was not complete, or was too large to be: this camera fragments otherwise.
     bool wasWrong() const { return wrong_; }
 
 private:
-    void begin(const AVPacket& packet);
+    void begin(const AVPacket& packet, bool wanted);
     void goOn(const AVPacket& packet);
+    bool append(const AVPacket& packet);
+    void hand(const Taker& taker);
     void doubt();
     bool isFragment(int size) const;
 
-    PacketPtr unit_;    // null: none has begun that is not complete
+    // Of the unit that has begun.
+    int pieces_ = 0;    // 0: there is none
     int beginning_ = 0; // size of its first fragment, or of the whole
-    int pieces_ = 0;
-    bool complete_ = false;
+    std::int64_t size_ = 0;
+    std::int64_t time_ = AV_NOPTS_VALUE;
+    bool isSlice_ = false;
+    bool ends_ = false; // with what came last
+    PacketPtr unit_;    // null: not wanted
+
     int trust_ = 0; // in what the sizes tell
     bool wrong_ = false;
     std::int64_t lastTime_ = AV_NOPTS_VALUE; // of the unit handed on last, if a slice

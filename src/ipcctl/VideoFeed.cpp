@@ -43,11 +43,18 @@ bool VideoFeed::begin(const AVCodecParameters& parameters)
            decoder_.open(parameters);
 }
 
-void VideoFeed::takeUnit(const AVPacket& unit)
+/// Decides with a frame's first unit for all of them.
+bool VideoFeed::beginUnit()
 {
     const bool isFirst = !std::exchange(unitsCame_, true);
     if (isFirst && !decoding_ && gop_.packets().empty())
         decoding_ = wanted(); // there is nothing to catch up with
+    return decoding_;
+}
+
+void VideoFeed::takeUnit(const AVPacket& unit)
+{
+    unitsCame_ = true;
     if (decoding_)
         decode(unit, Purpose::Hand);
 }

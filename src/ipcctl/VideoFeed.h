@@ -34,7 +34,9 @@ public:
 
     /// A stream begins whose video is like this.
     bool begin(const AVCodecParameters& parameters);
-    /// Takes a unit of the frame that is coming; before the frame itself, all of its units or none.
+    /// A unit of the frame that is coming begins. Whether it is to be taken: all of a frame's are, or none.
+    bool beginUnit();
+    /// Before the frame itself.
     void takeUnit(const AVPacket& unit);
     void take(const AVPacket& frame, float frameRate);
     /// The units taken since the last frame were no good, or that frame itself will not be taken.

@@ -70,6 +70,7 @@ private:
     VideoFeed feed_{std::make_shared<CallBacks>(nullptr), counters_, backlog_, stopped_};
     FrameAssembler frames_;
     const FrameAssembler::Takers takers_{.frame = [this](const AVPacket& frame) { feed_.take(frame, 25); },
+                                         .wantsUnit = [this] { return feed_.beginUnit(); },
                                          .unit = [this](const AVPacket& unit) { feed_.takeUnit(unit); },
                                          .startOver = [this] { feed_.startOver(); }};
     std::int64_t time_ = 0;
