@@ -172,6 +172,31 @@ TEST_P(LiveLossTest, ShowsNothingThatRefersToWhatWasLost)
         }
 }
 
+/// Pictures are wanted from some piece of a frame on: its first units may have gone by.
+TEST_P(LiveLossTest, BeginsWithinAFrame)
+{
+    constexpr int some = 8;
+    Receiver undisturbed(video);
+    for (int i = 0; i < some; ++i)
+        undisturbed.take(i, pieces(i));
+    for (const int first : {0, 3})
+        for (std::size_t begin = 0; begin < pieces(first).size(); ++begin) {
+            SCOPED_TRACE(testing::Message() << "from piece " << begin << " of frame " << first);
+            Receiver receiver(video);
+            receiver.wants = false;
+            for (int i = 0; i < some; ++i) {
+                const std::vector<Piece> all = pieces(i);
+                for (std::size_t piece = 0; piece < all.size(); ++piece) {
+                    receiver.wants |= i == first && piece == begin;
+                    receiver.take(i, all[piece]);
+                }
+            }
+            for (int i = first + 1; i < some; ++i)
+                EXPECT_TRUE(receiver.pictures[i] == undisturbed.pictures[i]) << i;
+            EXPECT_EQ(receiver.counters.framesDropped, 0);
+        }
+}
+
 /// Fragments of a size that does not tell which is the last: pictures come a frame later then, but they come, as they are.
 TEST(VideoFeedTest, ShowsWhatIsFragmentedInAnotherWay)
 {

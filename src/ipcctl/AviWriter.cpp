@@ -171,7 +171,7 @@ bool AviWriter::leaveEmpty(std::int64_t units)
     return good_;
 }
 
-/// Players that begin at a key frame know from it alone how to decode it. Null: the packet can stay as it is.
+/// Players that begin at a key frame know from it alone how to decode it. Null: the packet stays as it is.
 PacketPtr AviWriter::withParameterSets(const AVPacket& packet) const
 {
     const AVCodecParameters& video = *video_;

@@ -22,7 +22,7 @@ public:
 
     /// Whether no unit is incomplete.
     bool isComplete() const { return pieces_ == 0; }
-    /// Whether something was handed on that was not complete, or was too large to be: this camera fragments otherwise.
+    /// Whether something was taken for complete that was not, or was too large to be: this camera fragments otherwise.
     bool wasWrong() const { return wrong_; }
 
 private:
@@ -44,7 +44,7 @@ private:
 
     int trust_ = 0; // in what the sizes tell
     bool wrong_ = false;
-    std::int64_t lastTime_ = AV_NOPTS_VALUE; // of the unit handed on last, if a slice
+    std::int64_t lastTime_ = AV_NOPTS_VALUE; // of the unit that ended last, if a slice
 
     int fragment_ = 0; // size of a first fragment; 0: there was none yet
     int whole_ = 0;    // of the largest unit that came unfragmented

@@ -54,7 +54,6 @@ bool VideoFeed::beginUnit()
 
 void VideoFeed::takeUnit(const AVPacket& unit)
 {
-    unitsCame_ = true;
     if (decoding_)
         decode(unit, Purpose::Hand);
 }

@@ -20,7 +20,7 @@
 /// would be too much, it decodes too. Of a stream whose frames come in units, each unit is decoded as it comes: the
 /// picture is there before the next frame begins, which is what tells that the frame is whole.
 ///
-/// begin, end, startOver and what takes belong to the stream's reader.
+/// begin, beginUnit, end, startOver and what takes belong to the stream's reader.
 class VideoFeed
 {
 public:
