@@ -31,6 +31,15 @@ Media encodeAll(AVCodecContext& encoder, int frames, const std::function<FramePt
     return media;
 }
 
+/// Adds what changes from pixel to pixel and from picture to picture.
+void drawDetail(AVFrame& frame, int number)
+{
+    for (int y = 0; y < frame.height; ++y)
+        for (int x = 0; x < frame.width; ++x)
+            frame.data[0][y * frame.linesize[0] + x] +=
+                static_cast<std::uint8_t>((x * x + y * y * (number + 3)) % 31);
+}
+
 } // namespace
 
 void drawNumber(AVFrame& frame, int number)
@@ -65,15 +74,6 @@ FramePtr greyPicture(int width, int height, int brightness, AVPixelFormat format
         std::memset(frame->data[plane], 128,
                     static_cast<std::size_t>(frame->linesize[plane] * ((height + 1) / 2)));
     return frame;
-}
-
-/// Adds what changes from pixel to pixel and from picture to picture.
-void drawDetail(AVFrame& frame, int number)
-{
-    for (int y = 0; y < frame.height; ++y)
-        for (int x = 0; x < frame.width; ++x)
-            frame.data[0][y * frame.linesize[0] + x] +=
-                static_cast<std::uint8_t>((x * x + y * y * (number + 3)) % 31);
 }
 
 Media encodeVideo(const VideoKind& kind)

@@ -49,6 +49,11 @@ std::vector<Piece> piecesOf(const AVPacket& frame, std::size_t largest)
     return pieces;
 }
 
+std::vector<Piece> piecesOf(const Media& video, int frame, std::size_t largest = largestPiece)
+{
+    return piecesOf(*video.packets[static_cast<std::size_t>(frame)], largest);
+}
+
 /// Takes pieces as a stream's reader does, and keeps the pictures by the frame that they came with.
 class Receiver : public FrameSink
 {
@@ -107,10 +112,7 @@ protected:
     static constexpr int frames = 60;
     static constexpr int keyDistance = 20;
 
-    std::vector<Piece> pieces(int frame) const
-    {
-        return piecesOf(*video.packets[static_cast<std::size_t>(frame)], largestPiece);
-    }
+    std::vector<Piece> pieces(int frame) const { return piecesOf(video, frame); }
 
     const Media video = encodeVideo({.width = 640,
                                      .height = 480,
@@ -123,6 +125,15 @@ protected:
 class LiveLossTest : public LiveDecoderTest
 {
 };
+
+/// The pictures of so many frames when nothing happens to them.
+std::map<int, Picture> undisturbed(const Media& video, int count)
+{
+    Receiver receiver(video);
+    for (int i = 0; i < count; ++i)
+        receiver.take(i, piecesOf(video, i));
+    return receiver.pictures;
+}
 
 const auto inOrder = testing::Values(Encoding{"OneSlice", ""}, Encoding{"Arithmetic", "cabac=1"},
                                      Encoding{"Slices", "slices=5"}, Encoding{"Interlaced", "tff=1:slices=2"},
@@ -146,9 +157,7 @@ TEST_P(LiveDecoderTest, ShowsAPictureBeforeTheNextFrameBegins)
 /// Loses something of a frame in the middle, of a key frame or another: all, or one piece.
 TEST_P(LiveLossTest, ShowsNothingThatRefersToWhatWasLost)
 {
-    Receiver undisturbed(video);
-    for (int i = 0; i < frames; ++i)
-        undisturbed.take(i, pieces(i));
+    auto usual = undisturbed(video, frames);
     for (const int hit : {keyDistance, keyDistance + 5})
         for (int lost = -1; lost < static_cast<int>(pieces(hit).size()); ++lost) {
             constexpr int message = 6; // a unit that pictures do without
@@ -161,7 +170,7 @@ TEST_P(LiveLossTest, ShowsNothingThatRefersToWhatWasLost)
             for (int i = 0; i < frames; ++i)
                 receiver.take(i, i == hit ? rest : pieces(i));
             for (const auto& [number, picture] : receiver.pictures)
-                EXPECT_TRUE(picture == undisturbed.pictures[number]) << number;
+                EXPECT_TRUE(picture == usual[number]) << number;
             EXPECT_EQ(receiver.pictures.count(hit - 1), 1u);
             EXPECT_EQ(receiver.pictures.count(frames - 1), 1u) << "it goes on";
             const auto shown = static_cast<std::int64_t>(receiver.pictures.size());
@@ -176,9 +185,7 @@ TEST_P(LiveLossTest, ShowsNothingThatRefersToWhatWasLost)
 TEST_P(LiveLossTest, BeginsWithinAFrame)
 {
     constexpr int some = 8;
-    Receiver undisturbed(video);
-    for (int i = 0; i < some; ++i)
-        undisturbed.take(i, pieces(i));
+    auto usual = undisturbed(video, some);
     for (const int first : {0, 3})
         for (std::size_t begin = 0; begin < pieces(first).size(); ++begin) {
             SCOPED_TRACE(testing::Message() << "from piece " << begin << " of frame " << first);
@@ -192,7 +199,7 @@ TEST_P(LiveLossTest, BeginsWithinAFrame)
                 }
             }
             for (int i = first + 1; i < some; ++i)
-                EXPECT_TRUE(receiver.pictures[i] == undisturbed.pictures[i]) << i;
+                EXPECT_TRUE(receiver.pictures[i] == usual[i]) << i;
             EXPECT_EQ(receiver.counters.framesDropped, 0);
         }
 }
@@ -203,12 +210,10 @@ TEST(VideoFeedTest, ShowsWhatIsFragmentedInAnotherWay)
     for (const std::ptrdiff_t first : {520, 90}) {
         const Media video = encodeVideo(
             {.width = 320, .height = 240, .frames = 20, .parameters = "slices=4", .detailed = true});
-        Receiver usual(video);
-        for (int i = 0; i < 20; ++i)
-            usual.take(i, piecesOf(*video.packets[static_cast<std::size_t>(i)], largestPiece));
+        auto usual = undisturbed(video, 20);
         Receiver receiver(video);
         for (int i = 0; i < 20; ++i) {
-            for (const Piece& unit : piecesOf(*video.packets[static_cast<std::size_t>(i)], 4000))
+            for (const Piece& unit : piecesOf(video, i, 4000))
                 for (auto at = unit.begin(); at != unit.end();) {
                     const auto end =
                         at + std::min(unit.end() - at, at == unit.begin() ? first : std::ptrdiff_t{100});
@@ -217,7 +222,7 @@ TEST(VideoFeedTest, ShowsWhatIsFragmentedInAnotherWay)
         }
         EXPECT_EQ(receiver.pictures.size(), 19u);
         for (const auto& [number, picture] : receiver.pictures)
-            EXPECT_TRUE(picture == usual.pictures[number - 1]) << number;
+            EXPECT_TRUE(picture == usual[number - 1]) << number;
         EXPECT_EQ(receiver.counters.framesDropped, 0);
     }
 }
@@ -231,7 +236,7 @@ TEST(VideoFeedTest, ShowsPicturesAtOnceAlsoAfterTheBeginningOfASliceWasLost)
         encodeVideo({.frames = frames, .keyDistance = 1, .parameters = "slices=2", .detailed = true});
     Receiver receiver(video);
     for (int i = 0; i < frames; ++i) {
-        std::vector<Piece> pieces = piecesOf(*video.packets[static_cast<std::size_t>(i)], largestPiece);
+        std::vector<Piece> pieces = piecesOf(video, i);
         const auto isBeginning = [](Bytes piece) { return !nextUnit(piece).empty(); };
         const auto last = std::find_if(pieces.rbegin(), pieces.rend(), isBeginning);
         if (i == hit)
@@ -276,9 +281,7 @@ TEST(VideoFeedTest, WaitsForAPictureWhereWhatIsThereYieldsNone)
         encodeVideo({.frames = frames, .keyDistance = 20, .parameters = "intra-refresh=1:bframes=0"});
     Receiver receiver(video);
     receiver.wants = false;
-    const auto take = [&](int frame) {
-        receiver.take(frame, piecesOf(*video.packets[static_cast<std::size_t>(frame)], largestPiece));
-    };
+    const auto take = [&](int frame) { receiver.take(frame, piecesOf(video, frame)); };
     for (int i = 21; i < 43; ++i)
         take(i);
     auto latest = std::async(std::launch::async, [&] { return receiver.feed.latestFrame(5s); });
@@ -295,7 +298,7 @@ TEST(VideoFeedTest, HasTheLatestPictureHoweverRareKeyFramesAre)
     Receiver receiver(video);
     receiver.wants = false;
     for (int i = 0; i < frames; ++i) {
-        receiver.take(i, piecesOf(*video.packets[static_cast<std::size_t>(i)], largestPiece));
+        receiver.take(i, piecesOf(video, i));
         if (i % 50 != 49)
             continue;
         SCOPED_TRACE(i);

@@ -189,7 +189,7 @@ PacketPtr AviWriter::withParameterSets(const AVPacket& packet) const
 /// False: there is no room.
 bool AviWriter::write(const AVPacket& packet, int stream, std::int64_t number)
 {
-    written_->data = packet.data; // lent for the call
+    written_->data = packet.data;
     written_->size = packet.size;
     written_->flags = packet.flags;
     written_->stream_index = stream;

@@ -59,7 +59,7 @@ private:
 
     std::unique_ptr<SavedFile> file_;
     std::unique_ptr<AVFormatContext, OutputFree> output_;
-    PacketPtr written_;
+    PacketPtr written_; // what is being written; its data are lent
     AviHeader header_;
     CodecParametersPtr video_; // of what comes
     std::optional<FrameGrid> grid_;

@@ -46,7 +46,7 @@ void UnitAssembler::take(const AVPacket& packet, bool wanted, const Taker& taker
         doubt();
     if (isComplete() || !ends_)
         return;
-    lastTime_ = isSlice_ ? time_ : AV_NOPTS_VALUE;
+    lastTime_ = time_;
     trust_ = std::min(trust_ + (pieces_ > 1 ? 1 : 0), mostTrust);
     hand(taker);
 }
@@ -56,16 +56,13 @@ void UnitAssembler::begin(const AVPacket& packet, bool wanted)
     unit_.reset(wanted ? av_packet_clone(&packet) : nullptr);
     pieces_ = 1;
     beginning_ = packet.size - startSize;
-    size_ = packet.size;
-    time_ = packet.pts;
-    isSlice_ = isSlice(packet);
+    time_ = isSlice(packet) ? packet.pts : AV_NOPTS_VALUE;
     ends_ = !isFragment(beginning_);
 }
 
 void UnitAssembler::goOn(const AVPacket& packet)
 {
-    size_ += packet.size;
-    if (size_ > largestUnit || !append(packet)) {
+    if (!append(packet)) {
         unit_.reset();
         pieces_ = 0;
         wrong_ = true;
@@ -76,13 +73,13 @@ void UnitAssembler::goOn(const AVPacket& packet)
     ends_ = packet.size < beginning_;
 }
 
-/// False when there is no memory.
+/// False when it would be too large, or there is no memory.
 bool UnitAssembler::append(const AVPacket& packet)
 {
     if (unit_ == nullptr)
         return true;
     const int before = unit_->size;
-    if (av_grow_packet(unit_.get(), packet.size) < 0)
+    if (before > largestUnit || av_grow_packet(unit_.get(), packet.size) < 0)
         return false;
     std::memcpy(unit_->data + before, packet.data, static_cast<std::size_t>(packet.size));
     return true;

@@ -34,17 +34,15 @@ private:
     bool isFragment(int size) const;
 
     // Of the unit that has begun.
-    int pieces_ = 0;    // 0: there is none
-    int beginning_ = 0; // size of its first fragment, or of the whole
-    std::int64_t size_ = 0;
-    std::int64_t time_ = AV_NOPTS_VALUE;
-    bool isSlice_ = false;
-    bool ends_ = false; // with what came last
-    PacketPtr unit_;    // null: not wanted
+    int pieces_ = 0;                     // 0: there is none
+    int beginning_ = 0;                  // size of its first fragment, or of the whole
+    std::int64_t time_ = AV_NOPTS_VALUE; // if it is a slice
+    bool ends_ = false;                  // with what came last
+    PacketPtr unit_;                     // null: not wanted
 
     int trust_ = 0; // in what the sizes tell
     bool wrong_ = false;
-    std::int64_t lastTime_ = AV_NOPTS_VALUE; // of the unit that ended last, if a slice
+    std::int64_t lastTime_ = AV_NOPTS_VALUE; // of the unit that ended last
 
     int fragment_ = 0; // size of a first fragment; 0: there was none yet
     int whole_ = 0;    // of the largest unit that came unfragmented

@@ -39,13 +39,12 @@ using AudioBufCallBack = int (*)(void* source, void* user, short* samples, int c
 /// Counters of a stream since it was opened.
 struct StreamStatus
 {
-    std::int64_t
-        framesReceived; ///< video frames that came whole, or fields that came apart; known of one when the next begins
+    /// Video frames that came whole, or fields that came apart; it is known of one when the next begins.
+    std::int64_t framesReceived;
     std::int64_t framesDecoded; ///< 0 while nobody wants decoded frames, unless key frames are very far apart
     std::int64_t framesDelivered; ///< handed to the video callback
-    std::int64_t
-        framesDropped; ///< not shown: damaged, what they refer to was lost, or the callback takes too long; only
-                       ///< seen while decoding
+    /// Not shown: damaged, what they refer to was lost, or the callback takes too long; only seen while decoding.
+    std::int64_t framesDropped;
     std::int64_t bytesReceived; ///< of video and sound
     std::int64_t reconnects;    ///< how often the stream was opened again
     std::int64_t motionAlarms;
